@@ -1,0 +1,32 @@
+# One static library for each folder of src/, linked against the folders it may include.
+function(corvane_folder name)
+  cmake_parse_arguments(ARG "" "" "LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${name}/*.cpp)
+  set(linked ${ARG_UNPARSED_ARGUMENTS})
+  list(TRANSFORM linked PREPEND corvane_)
+  if(sources)
+    add_library(corvane_${name} STATIC ${sources})
+    target_include_directories(corvane_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(corvane_${name} PUBLIC ${linked} PRIVATE corvane_warnings ${ARG_LIBRARIES})
+  else()  # headers alone
+    add_library(corvane_${name} INTERFACE)
+    target_include_directories(corvane_${name} INTERFACE ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(corvane_${name} INTERFACE ${linked})
+  endif()
+endfunction()
+
+# A program made of the sources of one folder.
+function(corvane_program name folder)
+  cmake_parse_arguments(ARG "" "" "LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  set(linked ${ARG_UNPARSED_ARGUMENTS})
+  list(TRANSFORM linked PREPEND corvane_)
+  add_executable(${name} ${sources})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE corvane_warnings ${linked} ${ARG_LIBRARIES})
+  target_compile_definitions(${name} PRIVATE CORVANE_VERSION="${PROJECT_VERSION}"
+    CORVANE_SHARE="${CMAKE_INSTALL_FULL_DATADIR}/corvane" CORVANE_SOURCE_SHARE="${CMAKE_SOURCE_DIR}/params")
+endfunction()

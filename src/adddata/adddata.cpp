@@ -1,0 +1,75 @@
+#include "adddata/adddata.h"
+
+#include <utility>
+
+#include "core/env.h"
+#include "core/inistore.h"
+#include "core/ports.h"
+
+namespace adddata {
+namespace {
+
+logdefs::FilterSwitches SwitchesOf(core::Env& env, const logdefs::FilterFiles& files, const AddRequest& request) {
+    logdefs::FilterSwitches switches = logdefs::FltrReadSwitches(env.ini, files);
+    if (request.mainFilter) switches.main = *request.mainFilter;
+    if (request.skipRobots) switches.skipRobots = *request.skipRobots;
+    if (request.skipComponents) switches.skipComponents = *request.skipComponents;
+    return switches;
+}
+
+logread::ReadRequest ReadRequestOf(const AddRequest& request, const ProgramFiles& program, logdefs::AddFilters filters) {
+    logread::ReadRequest read;
+    read.files = request.files;
+    read.formatFile = program.formats;
+    read.filters = std::move(filters);
+    read.NoPromptInvalid = request.NoPromptInvalid;
+    read.NoPromptOverlap = request.NoPromptOverlap;
+    read.Keep404List = request.Keep404List;
+    read.progressPrefix = "Add. Step 1/3: ";
+    return read;
+}
+
+// A read that was stopped has stored lines all the same; the user says whether they become visits now.
+bool WantsVisits(core::Env& env, const logread::ReadOutcome& read) {
+    if (read.ok || read.totals.AllLinesRead == 0) return true;
+    const core::Answer answer = env.user.Ask(
+        {.id = "ReadStoppedAddVisits",
+         .message = "Read log file stopped. Do you want to add visit data for log records processed so far?",
+         .buttons = "&Yes|&No",
+         .cancelButton = 2});
+    return !answer.Cancelled();
+}
+
+}  // namespace
+
+logdefs::FilterFiles FilterFilesOf(const ProgramFiles& program, const sitedb::SitePaths& site) {
+    return {site.mainFilter, site.componentFilter, program.robots, site.lastVals};
+}
+
+int AddOutcome::Status() const {
+    if (visits.cancelled) return 3;
+    const bool failed = !read.errors.empty() || !read.ok || !visits.error.empty() || (visitsWanted && !visits.done);
+    return failed ? 1 : 0;
+}
+
+AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request) {
+    AddOutcome outcome;
+    const logdefs::FilterFiles files = FilterFilesOf(program, site.Paths());
+    logdefs::AddFilters filters = logdefs::FltrLoadAddFilters(env.ini, files, SwitchesOf(env, files, request));
+    outcome.warnings = filters.warnings;
+    for (const std::string& warning : filters.warnings) env.user.Tell("FilterWithoutRule", warning);
+    logread::ReadRequest read = ReadRequestOf(request, program, std::move(filters));
+    outcome.format = request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
+    read.defaultFormat = outcome.format;
+    outcome.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
+    outcome.visitsWanted = WantsVisits(env, outcome.read);
+    if (outcome.visitsWanted) outcome.visits = ResumeAdd(env, site, program);
+    return outcome;
+}
+
+visits::VisitsOutcome ResumeAdd(core::Env& env, sitedb::Site& site, const ProgramFiles& program) {
+    const logdefs::SearchEngines engines = logdefs::SearchEngines::SEDefsLoad(env.ini, program.Engines());
+    return visits::VisitsAdd(env, site, engines);
+}
+
+}  // namespace adddata

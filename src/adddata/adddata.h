@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "logdefs/engines.h"
+#include "logdefs/filter.h"
+#include "logread/readfiles.h"
+#include "sitedb/site.h"
+#include "visits/visitsadd.h"
+
+namespace core {
+struct Env;
+}
+
+// The whole add: read the files, build visits, compact.
+namespace adddata {
+
+// Parameter files that all sites share.
+struct ProgramFiles {
+    std::string formats{};    // logfmts.ini
+    std::string delivered{};  // lastinstvals.ini
+    std::string robots{};     // fltrbots.ini
+    logdefs::EngineFiles Engines() const { return {formats, delivered}; }
+};
+
+logdefs::FilterFiles FilterFilesOf(const ProgramFiles& program, const sitedb::SitePaths& site);
+
+// What holds for one call; what is not set comes from the site's stored options.
+struct AddRequest {
+    std::vector<logdefs::LogFileSpec> files{};
+    std::string format{};  // "" : the site's default format
+    std::optional<logdefs::MainFilter> mainFilter{};
+    std::optional<bool> skipRobots{};
+    std::optional<bool> skipComponents{};
+    bool NoPromptInvalid = false;
+    bool NoPromptOverlap = false;
+    bool Keep404List = false;
+};
+
+struct AddOutcome {
+    std::vector<std::string> warnings{};  // told before the read
+    std::string format{};                 // default format of the call
+    logread::ReadOutcome read{};
+    bool visitsWanted = true;  // false: the user left them for later; the mark stands
+    visits::VisitsOutcome visits{};
+    // 0 done, 1 something failed or was refused, 3 stopped by the user.
+    int Status() const;
+};
+AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request);
+
+// Builds what an add left unfinished. Asks nothing.
+visits::VisitsOutcome ResumeAdd(core::Env& env, sitedb::Site& site, const ProgramFiles& program);
+
+}  // namespace adddata

@@ -1,0 +1,268 @@
+#include "analysis/run.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "analysis/areas.h"
+#include "analysis/fields.h"
+#include "analysis/fieldvalues.h"
+#include "analysis/shownpages.h"
+#include "analysis/threshold.h"
+#include "analysis/visitreader.h"
+#include "core/dates.h"
+#include "core/env.h"
+#include "core/inistore.h"
+#include "core/numbers.h"
+#include "core/ports.h"
+#include "dialogs/report.h"
+#include "sitedb/analysisrows.h"
+#include "sitedb/site.h"
+
+namespace analysis {
+namespace {
+
+constexpr std::int64_t kStampsOfDay = 1000000;
+constexpr std::int64_t kLastStampOfDay = 235959;
+constexpr std::int32_t kSecondsOfDay = 86400;
+constexpr std::int64_t kStepEvery = 1024;
+
+constexpr std::string_view kNoClickThru =
+    "Show column with surf-to-pages not allowed for report on \"visited pages\".\rOption has been set off.";
+constexpr std::string_view kNoVisits =
+    "No log data in date range selected. Specify Date range to analyse on Analysis menu.";
+
+sitedb::StampRange RangeOf(const DayRange& dates) {
+    sitedb::StampRange range;
+    if (dates.first) range.from = sitedb::DateRange(*dates.first, *dates.first).from;
+    if (dates.last) range.to = sitedb::DateRange(*dates.last, *dates.last).to;
+    return range;
+}
+
+std::int32_t DayOf(std::int64_t stamp) { return core::TS_Date(static_cast<double>(stamp)); }
+
+DaysList DaysOf(const DayRange& dates, const sitedb::VisitSpan& span) {
+    DaysList days;
+    days.first = core::fMaxL(DayOf(span.firstStart), dates.first.value_or(core::kFirstDay));
+    const std::int32_t last = core::fMinL(DayOf(span.lastEnd), dates.last.value_or(core::kLastDay));
+    days.count = core::fMaxL(last - days.first + 1, 1);
+    return days;
+}
+
+// Days of stamps, remembered: visits come in order of time.
+class DayIndex {
+public:
+    explicit DayIndex(const DaysList& days) : days_(days) {}
+    std::int32_t Of(std::int64_t stamp) {
+        const std::int64_t date = stamp / kStampsOfDay;
+        if (date != date_) {
+            date_ = date;
+            day_ = DayOf(stamp);
+            index_ = days_.IndexOf(day_);
+        }
+        if (stamp % kStampsOfDay <= kLastStampOfDay) return index_;
+        // A time of 24:00:00 and later lies in the days that follow.
+        return days_.IndexOf(day_ + core::TS_Time(static_cast<double>(stamp)) / kSecondsOfDay);
+    }
+
+private:
+    const DaysList& days_;
+    std::int64_t date_ = -1;
+    std::int32_t day_ = 0;
+    std::int32_t index_ = -1;
+};
+
+// Calls `see` for each word of a term; quotes are dropped, "+" parts words as a blank does.
+template <typename See>
+void ForEachWord(std::string_view term, std::string& room, See see) {
+    room.clear();
+    for (const char c : term) {
+        if (c == '"') continue;
+        if (c != ' ' && c != '+') {
+            room.push_back(c);
+            continue;
+        }
+        if (!room.empty()) see(room);
+        room.clear();
+    }
+    if (!room.empty()) see(room);
+}
+
+class Run {
+public:
+    Run(core::Env& env, sitedb::Site& site, const AnalysisRequest& request)
+        : env_(env), site_(site), request_(request), results_(std::make_unique<SrchTrmData>()) {}
+
+    void Execute(AnalysisOutcome& outcome);
+
+private:
+    void Say(std::string id, std::string text) {
+        outcome_->messages.push_back(text);
+        env_.user.Tell(std::move(id), std::move(text));
+    }
+    void TakeOptions();
+    void Analyse_Prepare();
+    void ReadVisits();
+    void Visit(const sitedb::AnalysisRow& visit);
+    bool InArea(const sitedb::AnalysisRow& visit, const VisitPageList& pages) const;
+    void AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages);
+    void AddWords(std::string_view term);
+    void Release(dialogs::Report& report);
+
+    core::Env& env_;
+    sitedb::Site& site_;
+    AnalysisRequest request_;
+    AnalysisOutcome* outcome_ = nullptr;
+    std::unique_ptr<SrchTrmData> results_;
+    sitedb::VisitSpan span_{};
+    std::optional<std::vector<bool>> area_{};
+    std::optional<ThresholdHash> hash_{};
+    std::optional<DayIndex> dayIndex_{};
+    std::optional<PageMatches> matches_{};
+    std::optional<ShownPages> shown_{};
+    std::optional<sitedb::VisitReferrers> referrers_{};
+    std::optional<VisitReader> reader_{};
+    std::optional<FieldValues> values_{};
+    std::int32_t day_ = -1;  // of the visit at hand
+    std::string word_{};
+};
+
+void Run::Execute(AnalysisOutcome& outcome) {
+    outcome_ = &outcome;
+    TakeOptions();
+    const sitedb::StampRange range = RangeOf(request_.options.dates);
+    span_ = sitedb::SpanOf(site_.Db(), range);
+    if (span_.count == 0) {
+        Say("analysis.nodata", std::string(kNoVisits));
+        return;
+    }
+    results_->visits = static_cast<double>(span_.count);
+    results_->days = DaysOf(request_.options.dates, span_);
+    Analyse_Prepare();
+    results_->Targets = Tgt_Load(env_.ini, site_, request_.AnalTgt);
+    SkipTypes skip = SkipTypes_Check(NormaliseTypes(request_.CDSNoCntSurfToFileTypes), results_->Targets);
+    if (!skip.message.empty()) Say("analysis.skiptypes", skip.message);
+    results_->CDSNoCntSurfToFileTypes = std::move(skip.list);
+    results_->CDSCntAsPageForAvgPages = NormaliseTypes(request_.CDSCntAsPageForAvgPages);
+    if (request_.siteArea) area_ = Area_Pages(env_.ini, site_, *request_.siteArea);
+    ReadVisits();
+    outcome.results = std::move(results_);
+}
+
+void Run::TakeOptions() {
+    if (request_.field == kPage && request_.options.ShowClickThru) {
+        request_.options.ShowClickThru = false;
+        Say("analysis.noclickthru", std::string(kNoClickThru));
+    }
+    SrchTrmData& results = *results_;
+    results.siteName = site_.Options().name;
+    results.iniPath = site_.Paths().dbdef;
+    results.ShowNotSEitem = request_.ShowNotSEitem;
+    results.options = request_.options;
+    results.siteArea = request_.siteArea.value_or("");
+    results.Analyzed_Field = request_.field;
+    results.WordListsOn = request_.WordListsOn;
+    results.CntTopVals = request_.CntTopVals;
+}
+
+void Run::Analyse_Prepare() {
+    dialogs::Report report(env_.progress, "Initialising", "steps", 5);
+    report.Step(1, "Now: Counting search terms");
+    report.Step(2, "Now: Counting start files");
+    report.Step(3, "Now: Loading list of pages");
+    if (!site_.ReadOnly()) StoreThresholdDefaults(env_.ini);
+    results_->threshold = ThresholdOfRun(env_.ini, request_);
+    report.Step(4, "Now: Allocating space for results");
+    hash_.emplace(results_->threshold);
+    dayIndex_.emplace(results_->days);
+}
+
+void Run::ReadVisits() {
+    const OptionRecord& options = results_->options;
+    shown_.emplace(site_.Pages(), options.Show(), results_->CDSNoCntSurfToFileTypes, results_->CDSCntAsPageForAvgPages);
+    matches_.emplace(site_.Pages());
+    const bool names = options.ShowClickThru || (request_.field >= kExitPage && request_.field <= kDir);
+    reader_.emplace(site_.Db(), *shown_, VisitReader::Wants{names, !results_->Targets.empty()});
+    if (request_.field == kReferrer && site_.Options().LastKeepVal) referrers_.emplace(site_.Db());
+    values_.emplace(request_.field, *shown_, referrers_ ? &*referrers_ : nullptr);
+
+    const DaysList& days = results_->days;
+    const std::string label =
+        "Dates: " + core::fDateText(days.first, "dd mmm yy") + " to " + core::fDateText(days.Last(), "dd mmm yy");
+    dialogs::Report report(env_.progress, "Read visits for selected date range. Check targets && compile statistics.",
+                           "visits", results_->visits);
+    sitedb::AnalysisRows rows(site_.Db(), RangeOf(options.dates));
+    sitedb::AnalysisRow visit;
+    for (std::int64_t count = 1; rows.Next(visit); ++count) {
+        Visit(visit);
+        if (count % kStepEvery == 1)
+            report.Step(static_cast<double>(count),
+                        label + ". Vals: " + std::to_string(core::fMaxL(results_->table.UpperBound(), 0)));
+    }
+    Release(report);
+}
+
+void Run::Release(dialogs::Report& report) {
+    report.Step(results_->visits, "Complete. Releasing Memory 1/2");
+    for (CrossTable* table : {&results_->DistSE, &results_->DistAlternate, &results_->DistClickThru}) table->cross.Finish();
+    report.Step(results_->visits, "Complete. Releasing Memory 2/2");
+    hash_.reset();
+}
+
+void Run::Visit(const sitedb::AnalysisRow& visit) {
+    if (!request_.ShowNotSEitem && visit.StzdSearchTerm.empty()) return;
+    VisitPageList& pages = reader_->Visit_Pages(visit);
+    if (area_ && !InArea(visit, pages)) return;
+    day_ = dayIndex_->Of(visit.StartTimeStamp);
+    VisitCounts counts;
+    counts.pages = pages.further;
+    counts.stayed = pages.further > 0 ? 1 : 0;
+    for (std::size_t t = 0; t < results_->Targets.size(); ++t)
+        counts.targets[t] = Tgt_Met(results_->Targets[t], pages.pageIds, pages.bytes, *matches_) ? 1 : 0;
+    const VisitValues& found = values_->pValuesForField(visit, pages);
+    for (const std::string_view value : found.values) AddValue(value, counts, found, pages);
+    if (request_.WordListsOn) AddWords(visit.StzdSearchTerm);
+}
+
+bool Run::InArea(const sitedb::AnalysisRow& visit, const VisitPageList& pages) const {
+    const auto has = [this](std::int32_t id) {
+        return id >= 0 && static_cast<std::size_t>(id) < area_->size() && (*area_)[static_cast<std::size_t>(id)];
+    };
+    return has(visit.StartPageID) || std::ranges::any_of(pages.pageIds, has);
+}
+
+void Run::AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages) {
+    const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
+    if (!kept.keep) return;
+    // Only visitors are credited with the sightings before; what the visits did on the site is counted from here on.
+    counts.visitors = kept.count;
+    const std::int32_t row = results_->table.Result_Add(day_, value, counts, results_->Targets.size(), kept.row);
+    if (kept.row < 0) hash_->SetRow(kept.id, row);
+    const auto mainRow = static_cast<std::uint32_t>(row);
+    const OptionRecord& options = results_->options;
+    if (options.ShowDist1) results_->DistSE.Cross_Add(mainRow, found.firstDistribution, kept.count);
+    if (options.ShowDist2 && !found.alternate.empty())
+        results_->DistAlternate.Cross_Add(mainRow, found.alternate, kept.count);
+    if (!options.ShowClickThru) return;
+    for (const std::uint32_t name : pages.names)
+        results_->DistClickThru.Cross_Add(mainRow, shown_->Name(name), kept.count);
+}
+
+void Run::AddWords(std::string_view term) {
+    ForEachWord(term, word_, [this](const std::string& word) { results_->words.Add(word); });
+}
+
+}  // namespace
+
+AnalysisOutcome CVNA_VisitsAnalyse(core::Env& env, sitedb::Site& site, const AnalysisRequest& request) {
+    AnalysisOutcome outcome;
+    if (!HasField(request.field)) return outcome;
+    try {
+        Run(env, site, request).Execute(outcome);
+    } catch (const core::Stopped&) {
+        outcome.stopped = true;
+        outcome.results.reset();
+    }
+    return outcome;
+}
+
+}  // namespace analysis

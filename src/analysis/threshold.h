@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "analysis/texttable.h"
+
+namespace analysis {
+
+// Keeps rare values out of the results: a value gets its row at sighting T + 1, credited with all of them. Until then
+// it costs its text and a number. Values are told apart by their exact text.
+class ThresholdHash {
+public:
+    explicit ThresholdHash(std::int32_t threshold) : threshold_(threshold) {}
+
+    struct Kept {
+        bool keep = false;
+        std::int32_t count = 0;
+        std::int32_t row = -1;  // -1: it has none yet; tell the new one by SetRow
+        std::uint32_t id = 0;
+    };
+    Kept Hash_Keep(std::string_view value) {
+        const std::uint32_t id = values_.FindOrAdd(value);
+        if (id == states_.size()) states_.push_back(0);
+        std::int32_t& state = states_[id];
+        if (state < 0) return {true, 1, -state, id};
+        if (++state <= threshold_) return {};
+        return {true, state, -1, id};
+    }
+    void SetRow(std::uint32_t id, std::int32_t row) { states_[id] = -row; }
+
+private:
+    std::int32_t threshold_;
+    TextTable values_{};
+    std::vector<std::int32_t> states_{};  // sightings so far, or less the row
+};
+
+}  // namespace analysis

@@ -1,0 +1,105 @@
+#include "core/errlog.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "core/dates.h"
+#include "core/files.h"
+#include "core/ports.h"
+#include "core/utf8.h"
+
+namespace core {
+
+namespace {
+
+constexpr int kSystemErrors = 32768;
+constexpr std::int64_t kTail = 100000;
+
+struct RuntimeText {
+    int number;
+    std::string_view text;
+};
+constexpr std::array kRuntimeTexts{RuntimeText{7, "Out of memory"},      RuntimeText{9, "Subscript out of range"},
+                                   RuntimeText{53, "File not found"},    RuntimeText{61, "Disk full"},
+                                   RuntimeText{70, "Permission denied"}, RuntimeText{75, "Path/File access error"},
+                                   RuntimeText{76, "Path not found"}};
+
+std::string Describe(int number, std::string_view description) {
+    if (!description.empty()) return std::string(description);
+    if (number >= kSystemErrors) return "Windows Error";
+    const auto* row = std::ranges::find(kRuntimeTexts, number, &RuntimeText::number);
+    return std::string(row != kRuntimeTexts.end() ? row->text : "Internal error");
+}
+
+// Text that may hold what a visitor sent: no control character of it may end a
+// record or reach a terminal.
+std::string Tame(std::string_view text) {
+    const std::string utf8 = ToUtf8(text);
+    std::string tame;
+    for (std::size_t at = 0; at < utf8.size();) {
+        const Letter letter = LetterAt(utf8, at);
+        const bool control = letter.code < 32 || (letter.code >= 127 && letter.code < 160);
+        if (control)
+            tame += '.';
+        else
+            tame.append(utf8, at, letter.length);
+        at += letter.length;
+    }
+    return tame;
+}
+
+std::string Quoted(std::string_view field) {
+    std::string quoted = "\"";
+    for (const char c : field) quoted.append(c == '"' ? 2 : 1, c);
+    return quoted + '"';
+}
+
+}  // namespace
+
+void EventLog::SetProgram(std::string folder, std::string executable, std::string caption) {
+    folder_ = std::move(folder);
+    executable_ = std::move(executable);
+    caption_ = std::move(caption);
+}
+
+EventLog::Logged EventLog::LogEvent(int number, std::string_view procName, std::string_view description,
+                                    const EventPlace& place) {
+    std::string proc = Tame(procName);
+    const std::string path = path_.empty() ? fallback_ : path_;
+    if (path_.empty()) proc += " Also: gPAFN_Errorlog not set, error log written to " + fallback_ + ".";
+    const double now = clock_.Now();
+    const std::string date = FormatDate(now, "yyyy-mm-dd"), time = FormatDate(now, "hh:nn:ss");
+    const std::string form = Tame(place.form), control = Tame(place.control), index = Tame(place.controlIndex);
+
+    Logged logged;
+    logged.message = "<<<Logged event (auto processing; warning or error)>>>\r\rDescription:\r<<" +
+                     std::to_string(number) + " - " + Tame(Describe(number, description)) +
+                     ">>.\r\rINTERNAL. Proc: " + proc + "\rForm: " + form + "\rControl: " + control + " / " + index +
+                     "\r\rEvent Logged at >> " + date + " " + time + " << to file >>" + Tame(path) + "<<";
+    const std::string record = Quoted(date) + "," + Quoted(time) + "," + std::to_string(number) + "," + Quoted(proc) +
+                               "," + Quoted(Tame(folder_)) + "," + Quoted(Tame(executable_)) + "," +
+                               Quoted(Tame(caption_)) + "," + Quoted("") + "," + Quoted(form) + "," + Quoted(control) +
+                               "," + Quoted(index) + "," + Quoted(logged.message) + "\r\n";
+    const Result appended = AppendWhole(path, record);
+    logged.written = appended.ok;
+    logged.error = appended.error;
+    if (!appended && path != fallback_ && AppendWhole(fallback_, record)) {
+        logged.written = true;
+        logged.error += " The record stands in " + Tame(fallback_) + ".";
+    }
+    return logged;
+}
+
+std::string EventLog::Tail() const {
+    const std::string& path = path_.empty() ? fallback_ : path_;
+    const ReadText read = ReadFile(path, std::max<std::int64_t>(1, FileSize(path) - kTail + 1));
+    if (!read.existed) return "No errors have been recorded.";
+    if (!read.result) return read.result.error;
+    std::size_t start = 0;  // the cut may have gone through a letter
+    while (start < read.text.size() && start < 3 && (static_cast<unsigned char>(read.text[start]) & 0xC0) == 0x80)
+        ++start;
+    return read.text.substr(start);
+}
+
+}  // namespace core

@@ -1,0 +1,125 @@
+#include "core/fileio.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "core/utf8.h"
+
+namespace core::fileio {
+
+namespace {
+
+struct Advice {
+    int error;
+    std::string_view text;
+};
+constexpr std::array kAdvice{
+    Advice{ENOENT, "Check the name and that its folder exists."},
+    Advice{ENOTDIR, "Check the name: a part of it is no folder."},
+    Advice{EISDIR, "Choose a file, not a folder."},
+    Advice{EACCES, "Change the permissions of the file and its folder, then try again."},
+    Advice{EPERM, "Change the permissions of the file and its folder, then try again."},
+    Advice{EROFS, "The disk is read-only. Use another folder or mount it for writing."},
+    Advice{ENOSPC, "The disk is full. Free some space, then try again."},
+    Advice{EDQUOT, "Your share of the disk is used up. Free some space, then try again."},
+    Advice{EFBIG, "The file is too large for this disk. Use another disk."},
+    Advice{EIO, "The disk reports an error. Check the disk, then try again."},
+    Advice{ELOOP, "The name is a symbolic link that leads nowhere. Use the file itself."},
+    Advice{EMFILE, "Too many files are open. Close some programs, then try again."},
+    Advice{ENFILE, "Too many files are open. Close some programs, then try again."},
+    Advice{ENAMETOOLONG, "Use a shorter name."},
+    Advice{ENOTEMPTY, "The folder is not empty."},
+};
+
+std::string_view AdviceFor(int error) {
+    const auto* row = std::ranges::find(kAdvice, error, &Advice::error);
+    return row != kAdvice.end() ? row->text : "Check the disk, then try again.";
+}
+
+}  // namespace
+
+bool Fd::Close() {
+    if (fd_ < 0) return true;
+    // After EINTR the descriptor is gone all the same.
+    return ::close(std::exchange(fd_, -1)) == 0 || errno == EINTR;
+}
+
+int OpenRetry(const std::string& path, int flags, mode_t mode) {
+    if (path.find('\0') != std::string::npos) {
+        errno = ENOENT;
+        return -1;
+    }
+    for (;;) {
+        const int fd = ::open(path.c_str(), flags, mode);
+        if (fd >= 0 || errno != EINTR) return fd;
+    }
+}
+
+bool WriteAll(int fd, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(fd, text.data(), text.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written == 0) errno = ENOSPC;
+        if (written <= 0) return false;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+ssize_t ReadAllAt(int fd, off_t offset, char* into, std::size_t room) {
+    std::size_t have = 0;
+    while (have < room) {
+        const ssize_t got = ::pread(fd, into + have, room - have, offset + static_cast<off_t>(have));
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return -1;
+        if (got == 0) break;
+        have += static_cast<std::size_t>(got);
+    }
+    return static_cast<ssize_t>(have);
+}
+
+Result OpenRegular(const std::string& path, Fd& fd, struct stat& info) {
+    fd.Reset(OpenRetry(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!fd || ::fstat(fd.Get(), &info) != 0) {
+        const int error = errno;
+        Result failed{false, "Error opening file >>" + Shown(path) + "<<. " + strerrordesc_np(error) + ". " +
+                                 std::string(AdviceFor(error))};
+        errno = error;
+        return failed;
+    }
+    if (S_ISREG(info.st_mode)) return {};
+    Result refused = NotRegular(path, info.st_mode);
+    errno = S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+    return refused;
+}
+
+Result Fail(std::string_view done, const std::string& path, int error) {
+    const char* reason = strerrordesc_np(error);
+    return {false, "File >>" + Shown(path) + "<< cannot be " + std::string(done) + ". " +
+                       (reason ? reason : "Unknown error") + ". " + std::string(AdviceFor(error))};
+}
+
+Result NotRegular(const std::string& path, mode_t mode) {
+    const bool folder = S_ISDIR(mode);
+    return {false, "File >>" + Shown(path) + "<< cannot be used. " +
+                       (folder ? "It is a folder. Choose a file in it."
+                               : "It is a pipe or a device. Save its data to an ordinary file and use that.")};
+}
+
+std::string Shown(std::string_view path) {
+    std::string shown;
+    const std::string text = ToUtf8(path);
+    for (std::size_t at = 0; at < text.size();) {
+        const Letter letter = LetterAt(text, at);
+        const bool control = letter.code < 32 || (letter.code >= 127 && letter.code < 160);
+        shown += control ? "?" : text.substr(at, letter.length);
+        at += letter.length;
+    }
+    return shown;
+}
+
+}  // namespace core::fileio

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "core/inifile.h"
+
+namespace core {
+
+// Parameter files as read last. A file that changed on disk, by its identity,
+// size and time, is read again: people edit these files while the program runs.
+class IniCache {
+public:
+    // Good until the next call. Changes in it are of no use without Save.
+    IniFile& Open(const std::string& path);
+    // False: the old file stands, and the next Open reads it again.
+    bool Save(const std::string& path);
+    void Drop(const std::string& path) { files_.erase(path); }
+
+private:
+    struct Stamp {
+        std::uint64_t device = 0, inode = 0;
+        std::int64_t size = -1, seconds = 0, nanoseconds = 0;
+        friend bool operator==(const Stamp&, const Stamp&) = default;
+    };
+    struct Held {
+        IniFile file{};
+        Stamp stamp{};
+        std::size_t hash = 0;  // of the bytes on disk
+        bool settled = false;  // a later change would surely show in the stamp
+    };
+
+    static Stamp StampOf(const std::string& path);
+    static bool Settled(const Stamp& stamp);
+    static Held Read(const std::string& path);
+    static bool Same(Held& held, const std::string& path);
+
+    std::unordered_map<std::string, Held> files_{};
+};
+
+}  // namespace core

@@ -1,0 +1,352 @@
+#include "logread/readfiles.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+#include "core/cds.h"
+#include "core/env.h"
+#include "core/errnums.h"
+#include "core/error.h"
+#include "core/inistore.h"
+#include "core/ports.h"
+#include "core/text.h"
+#include "dialogs/report.h"
+#include "logdefs/formatstore.h"
+#include "logread/lineprocess.h"
+#include "logread/linestore.h"
+#include "logread/probe.h"
+
+namespace logread {
+namespace {
+
+constexpr double kProgressEvery = 0.25;   // seconds; also how fast a stop is heard
+constexpr std::int64_t kLinesPerLook = 256;  // between two looks at the clock
+
+constexpr std::string_view kFileSkipped = " File Skipped.";
+constexpr std::string_view kVisitIndex = "logline_VisitTime";
+
+struct ProbeText {
+    LogFileDates::Outcome outcome;
+    std::string_view id;
+    std::string_view problem;
+};
+constexpr std::array<ProbeText, 3> kProbeTexts{{
+    {LogFileDates::Outcome::EmptyOrMissing, "LogFileEmpty", "Log file is empty or does not exist."},
+    {LogFileDates::Outcome::NoValidLines, "LogFileNoValidLines", "Log file does not contain any valid lines."},
+    {LogFileDates::Outcome::EndsCorrupt, "LogFileEndsCorrupt",
+     "Log file ends with > 3000 bytes of corrupt lines [log file corrupt]."},
+}};
+
+std::string NoValidLinesText(const std::string& file) {
+    return "Error in File: \r" + file +
+           "\rFile will be skipped\rLog file does not contain any valid lines.\rCheck the following and try again:"
+           "\r- correct log format selected [press button \"select log file and specify format\"]"
+           "\r- log file has been uncompressed [use 7-zip, winzip to save uncompressed file]"
+           "\r- log file corrupt [use Halvern or other file display tool to visually check]"
+           "\r- log file cannot be empty [use Halvern or any file manager to check file size].";
+}
+
+// What a person can do about a file that was not read.
+std::string Advice(const std::string& file, const LogFileDates& dates) {
+    if (const std::string_view kind = PackedKind(dates.start); !kind.empty())
+        return file + " is packed (" + std::string(kind) + "). Unpack it first; only plain text is read.";
+    if (LooksBinary(dates.start)) return file + " is no text file. Name the log itself.";
+    if (dates.outcome == LogFileDates::Outcome::EmptyOrMissing) return file + " is empty. Check that it is the right file.";
+    if (dates.outcome == LogFileDates::Outcome::EndsCorrupt) return file + " ends with damaged lines. Cut them off, or get a whole copy.";
+    return file + " has no line of this format within its first 3000 bytes. Try the formats with: format try FILE";
+}
+
+class Reading {
+public:
+    Reading(core::Env& env, sitedb::Site& site, ReadRequest request) : env_(env), site_(site), request_(std::move(request)) {
+        const sitedb::SiteOptions& options = site.Options();
+        ctx_.KeepExtra = options.LastKeepVal;
+        ctx_.Skip404 = options.Skip404;
+        ctx_.RemQuery = options.RemQuery;
+        ctx_.RemFrag = options.RemFrag;
+        ctx_.NoPromptInvalid = request_.NoPromptInvalid;
+        ctx_.NoPromptOverlap = request_.NoPromptOverlap;
+        ctx_.Keep404List = request_.Keep404List;
+        ctx_.Filters = std::move(request_.filters);
+        ctx_.Check = std::move(request_.check);
+        ctx_.Check.StatusToList = request_.Keep404List ? 404 : ctx_.Check.StatusToList;
+    }
+
+    ReadOutcome Run();
+
+private:
+    struct Place {  // of a file in the list, for the progress window
+        std::size_t item = 0, items = 0, file = 0, files = 0;
+    };
+
+    void PrepareFolder();
+    std::optional<std::vector<std::string>> FilesOf(const logdefs::LogFileSpec& spec);
+    void ReadItems();
+    void ReadOneFile(const std::string& path, const std::string& formatName, const Place& place);
+    bool Probe(core::ChunkReader& file, const logdefs::LogFormat& format, FileRecord& record);
+    bool MayOverlap(const LogFileDates& dates, FileRecord& record);
+    bool LogFileReadChunks(core::ChunkReader& file, const Place& place, FileRecord& record);
+    void ReadLines(LineReader& reader, dialogs::Report& report);
+    void Refuse(FileRecord& record, const LogFileDates& dates);
+    void AddTotals(FileRecord& record);
+    const logdefs::LogFormat& Format(const std::string& name);
+
+    core::Env& env_;
+    sitedb::Site& site_;
+    ReadRequest request_;
+    LogReadCtx ctx_{};
+    ReadOutcome outcome_{};
+    std::map<std::string, logdefs::LogFormat> formats_{};
+    std::optional<sitedb::WorkMode> work_{};
+    std::optional<LineStore> store_{};
+    std::optional<LineProcessor> processor_{};
+};
+
+const logdefs::LogFormat& Reading::Format(const std::string& name) {
+    const auto at = formats_.find(name);
+    if (at != formats_.end()) return at->second;
+    logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(env_.ini, name, request_.formatFile);
+    for (const std::string& warning : loaded.format.Warnings()) env_.user.Tell("LogFmtWarning", warning);
+    return formats_.emplace(name, std::move(loaded.format)).first->second;
+}
+
+void Reading::PrepareFolder() {
+    core::Result made = core::Exists(site_.Paths().temp) ? core::RemoveDir(site_.Paths().temp) : core::Result{};
+    if (made) made = core::MakeDir(site_.Paths().temp);
+    if (!made) throw core::ErrorNumber(core::errnum::kStore, made.error);
+}
+
+// Nothing when the user said no to the list of files.
+std::optional<std::vector<std::string>> Reading::FilesOf(const logdefs::LogFileSpec& spec) {
+    if (spec.file.find('*') == std::string::npos || core::IsRegularFile(spec.file)) return std::vector{spec.file};
+    const std::string folder = core::fPathOf(spec.file);
+    std::vector<std::string> files;
+    for (const std::string& name : core::ListFiles(folder.empty() ? "." : folder, core::fNameOf(spec.file)))
+        files.push_back(folder + name);
+    if (files.empty()) return files;
+    std::string list;
+    for (const std::string& file : files) list += "\r" + file;
+    const core::Answer answer = env_.user.Ask(
+        {.id = "ConfirmFileList",
+         .message = "The following files will be processed. Do you want to continue?\rFilename: " + spec.file + "]" + list,
+         .buttons = "&Yes|&Cancel",
+         .title = "Confirm List of files. Add data to site DB: " + site_.Options().name,
+         .cancelButton = 2});
+    if (answer.Cancelled()) return std::nullopt;
+    return files;
+}
+
+void Reading::Refuse(FileRecord& record, const LogFileDates& dates) {
+    record.skipped = true;
+    const auto row = std::ranges::find(kProbeTexts, dates.outcome, &ProbeText::outcome);
+    ctx_.Problems.LogFileProblemAdd(record.FileName, std::string(row->problem) + std::string(kFileSkipped));
+    outcome_.errors.push_back(Advice(record.FileName, dates));
+    if (dates.outcome != LogFileDates::Outcome::NoValidLines) {
+        env_.user.Tell(std::string(row->id), std::string(row->problem) + "\rFilename: " + record.FileName);
+        return;
+    }
+    if (ctx_.NoPromptInvalid) return;
+    const core::Answer answer = env_.user.Ask(
+        {.id = std::string(row->id),
+         .message = NoValidLinesText(record.FileName),
+         .checkBox = "Check the box to skip message for all invalid lines AND for files without any valid lines."});
+    if (answer.boxTicked) ctx_.NoPromptInvalid = true;
+}
+
+// False: the user does not want the file, since stored lines fall into its time.
+bool Reading::MayOverlap(const LogFileDates& dates, FileRecord& record) {
+    constexpr std::string_view kOverlap = "Dates on this log file overlap with data that already have on database. ";
+    ctx_.CheckDupes = store_ && store_->Overlaps(dates.first, dates.last);
+    record.overlapped = ctx_.CheckDupes;
+    if (!ctx_.CheckDupes || ctx_.Check.Active) return true;
+    ctx_.Problems.LogFileProblemAdd(record.FileName, std::string(kOverlap) + " All identical lines skipped.");
+    if (ctx_.NoPromptOverlap) return true;
+    const core::Answer answer = env_.user.Ask(
+        {.id = "ConfirmOverlap",
+         .message = std::string(kOverlap) +
+                    "\r[Raw log data already exists on this data base for date(s) included in log file.]\rFilename: " +
+                    record.FileName +
+                    "\rDo you want to add records from this file anyway?\rNB If you add the file anyway, each log line will "
+                    "be checked individually to determine if a duplicate exists on the database.\rThis ensures no line "
+                    "will be counted twice however processing takes ca. THREE TIMES as long as usual.",
+         .buttons = "&Yes|&No",
+         .title = "Confirm add overlApping data. Add Log Data to Site DB: " + site_.Options().name,
+         .checkBox = "No prompt when log file has d&ates which overlap existing data. - Process file, check for duplicates",
+         .cancelButton = 2});
+    if (answer.boxTicked) ctx_.NoPromptOverlap = true;
+    return !answer.Cancelled();
+}
+
+bool Reading::Probe(core::ChunkReader& file, const logdefs::LogFormat& format, FileRecord& record) {
+    const core::Result opened = file.Open(record.FileName);
+    if (!opened) {
+        record.skipped = true;
+        ctx_.Problems.LogFileProblemAdd(record.FileName, std::string(kProbeTexts[0].problem) + std::string(kFileSkipped));
+        outcome_.errors.push_back(opened.error);
+        return false;
+    }
+    const LogFileDates dates = LogFileDateRange(file, format);
+    if (dates.outcome != LogFileDates::Outcome::Ok) {
+        Refuse(record, dates);
+        return false;
+    }
+    record.skipped = !MayOverlap(dates, record);
+    return !record.skipped;
+}
+
+void Reading::ReadLines(LineReader& reader, dialogs::Report& report) {
+    double nextStep = env_.clock.Seconds();
+    RawLine line;
+    for (std::int64_t count = 0;; ++count) {
+        if (count % kLinesPerLook == 0) {
+            const double now = env_.clock.Seconds();
+            if (store_) store_->CommitWhenDue(request_.batchLines, now);
+            if (now >= nextStep) {
+                const ProgressTexts texts = LogReadProgressText(ctx_, true);
+                report.Step(static_cast<double>(reader.Position()), texts.summary + " - " + texts.details);
+                nextStep = now + kProgressEvery;
+            }
+        }
+        if (!reader.Next(line)) return;
+        processor_->LogLnProcess(line);
+    }
+}
+
+bool Reading::LogFileReadChunks(core::ChunkReader& file, const Place& place, FileRecord& record) {
+    const std::string where = place.items > 1 || place.files > 1
+                                  ? "Definition: " + std::to_string(place.item) + "/" + std::to_string(place.items) +
+                                        ". File: " + std::to_string(place.file) + "/" + std::to_string(place.files) + ". "
+                                  : std::string();
+    LineReader reader(file, request_.chunk);
+    try {
+        dialogs::Report report(env_.progress, request_.progressPrefix + where + "Read data for " + record.FileName, "bytes",
+                               static_cast<double>(file.Size()));
+        ReadLines(reader, report);
+        if (store_) store_->Commit();
+    } catch (const core::Stopped&) {
+        if (store_) store_->Commit();  // the lines so far stay
+        return false;
+    }
+    if (!reader.Failed()) return true;
+    outcome_.errors.push_back(file.Failed().error);
+    return false;
+}
+
+void Reading::AddTotals(FileRecord& record) {
+    ctx_.File.Filtered = ctx_.Filters.main.HitCount;
+    ctx_.File.Bots = ctx_.Filters.robots.HitCount;
+    ctx_.File.Comps = ctx_.Filters.components.HitCount;
+    const FileCounters& file = record.counters = ctx_.File;
+    AllCounters& all = ctx_.All;
+    // A file without accepted lines has no first date to give.
+    if (file.FirstDate != 0 && (all.AllFirstDate == 0 || all.AllFirstDate > file.FirstDate)) all.AllFirstDate = file.FirstDate;
+    all.AllLastDate = std::max(all.AllLastDate, file.LineDateTime);
+    all.AllBytesRead += file.BytesRead;
+    all.AllBytesAdded += file.BytesAdded;
+    all.AllLinesRead += file.LinesRead;
+    all.AllLinesAdded += file.LinesAdded;
+    all.AllLinesExist += file.LinesExist;
+    all.AllFiltered += file.Filtered;
+    all.AllBots += file.Bots;
+    all.AllComps += file.Comps;
+}
+
+void Reading::ReadOneFile(const std::string& path, const std::string& formatName, const Place& place) {
+    FileRecord record;
+    record.FileName = ctx_.FileName = path;
+    record.format = formatName;
+    ctx_.File = {};
+    ctx_.Filters.main.HitCount = ctx_.Filters.robots.HitCount = ctx_.Filters.components.HitCount = 0;
+    if (store_) store_->Commit();  // counters at the last commit are this file's from here on
+    const double start = env_.clock.Seconds();
+    const logdefs::LogFormat& format = Format(formatName);
+    core::ChunkReader file;
+    if (Probe(file, format, record)) {
+        outcome_.anyRead = true;
+        processor_->SetFormat(format);
+        try {
+            record.stopped = !LogFileReadChunks(file, place, record);
+        } catch (...) {
+            if (store_) store_->RollBack();
+            record.stopped = true;
+            AddTotals(record);
+            outcome_.files.push_back(std::move(record));
+            throw;
+        }
+        if (record.stopped) outcome_.ok = false;
+    }
+    record.seconds = env_.clock.Seconds() - start;
+    AddTotals(record);
+    outcome_.files.push_back(std::move(record));
+}
+
+void Reading::ReadItems() {
+    Place place;
+    place.items = request_.files.size();
+    for (const logdefs::LogFileSpec& spec : request_.files) {
+        ++place.item;
+        if (core::fTrim(spec.file).empty()) continue;
+        const auto files = FilesOf(spec);
+        if (!files) return;
+        place.files = files->size();
+        place.file = 0;
+        for (const std::string& path : *files) {
+            ++place.file;
+            ReadOneFile(path, spec.format.empty() ? request_.defaultFormat : spec.format, place);
+        }
+    }
+}
+
+ReadOutcome Reading::Run() {
+    if (request_.files.empty()) return {};
+    const double start = env_.clock.Seconds();
+    try {
+        if (!ctx_.Check.Active) {
+            PrepareFolder();
+            work_.emplace(site_.Db());
+            // Into an empty table the lines go faster without the index of visits, which is made when they are built.
+            if (site_.Db().Scalar("SELECT NOT EXISTS (SELECT 1 FROM logline)") != 0)
+                site_.Db().Exec("DROP INDEX IF EXISTS " + std::string(kVisitIndex));
+            store_.emplace(env_, site_, ctx_);
+        }
+        processor_.emplace(env_, site_, ctx_, store_ ? &*store_ : nullptr);
+        ReadItems();
+        if (store_) {
+            env_.ini.IniPut("Main", "LastLogLnID", std::to_string(store_->LastLogLnID()), site_.Paths().lastVals,
+                            core::OnFail::Ignore);
+            store_.reset();
+            site_.Pages().Release();
+            work_->End();
+        }
+    } catch (const core::ErrorNumber& error) {
+        // A full disk, a failing file: everything up to the last commit stands.
+        store_.reset();
+        site_.Pages().Release();
+        work_.reset();
+        outcome_.ok = false;
+        outcome_.errors.emplace_back(error.what());
+    }
+    outcome_.totals = ctx_.All;
+    outcome_.problems = std::move(ctx_.Problems);
+    outcome_.check = std::move(ctx_.Check);
+    outcome_.seconds = env_.clock.Seconds() - start;
+    return std::move(outcome_);
+}
+
+}  // namespace
+
+ReadOutcome RawLog_AddData_ReadLogFiles(core::Env& env, sitedb::Site& site, ReadRequest request) {
+    return Reading(env, site, std::move(request)).Run();
+}
+
+std::vector<logdefs::LogFileSpec> FileListFromText(std::string_view list) {
+    std::vector<logdefs::LogFileSpec> files;
+    const core::StrArray items = core::CDSSplitPlain(list, 0);
+    for (const std::string& item : items.Items())
+        if (!core::fTrim(item).empty()) files.push_back(logdefs::LogFileSpecSplit(item));
+    return files;
+}
+
+}  // namespace logread

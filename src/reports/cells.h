@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "reports/lines.h"
+
+namespace reports {
+
+// Part of a base in percent, in a number format: "12 %". "na" for a zero base.
+std::string PercentText(double part, double base, std::string_view format);
+// Columns 0 to 4.
+void WriteCounts(ReportGrid& grid, std::size_t row, std::string_view label, const LineRecord& line);
+// The three cells of a target.
+void WriteTarget(ReportGrid& grid, std::size_t row, std::size_t target, double count, const LineRecord& line);
+void WriteTargets(ReportGrid& grid, std::size_t row, const LineRecord& line);
+
+}  // namespace reports

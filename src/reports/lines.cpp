@@ -1,0 +1,134 @@
+#include "reports/lines.h"
+
+#include <algorithm>
+
+#include "core/env.h"
+#include "core/files.h"
+#include "core/numbers.h"
+#include "core/ports.h"
+#include "reports/cells.h"
+#include "reports/distribution.h"
+#include "reports/fieldtable.h"
+#include "reports/gridsort.h"
+#include "reports/topidxs.h"
+
+namespace reports {
+namespace {
+
+void Say(core::Env& env, ReportGrid& grid, std::string id, std::string text) {
+    grid.messages.push_back(text);
+    env.user.Tell(std::move(id), std::move(text));
+}
+
+void WriteDistribution(ReportGrid& grid, std::size_t row, int column, const analysis::CrossTable& table,
+                       std::int32_t valueIndex, double visitors) {
+    if (column < 0) return;
+    grid.Cell(row, column) = DistributionText(table, PairsOfRow(table, static_cast<std::uint32_t>(valueIndex)), visitors);
+}
+
+void SortByVisitors(ReportGrid& grid) { SortLines(grid, kColVisitors, SortKind::NumericDescending); }
+
+// Of the lines that are summed: those beyond the limit stay in the grid.
+LineRecord SumDisplayed(const ReportGrid& grid) {
+    LineRecord total;
+    const std::size_t last = std::min(grid.rows.size(), kListLimit);
+    for (std::size_t row = 0; row < last; ++row) {
+        total.LineVisitors += core::fNum(grid.Cell(row, kColVisitors));
+        total.LineAdd[kAddStayed] += core::fNum(grid.Cell(row, kColStayed));
+        total.LinePages += core::fNum(grid.Cell(row, kColAverage));
+        for (std::size_t t = 0; t < grid.targets; ++t)
+            total.LineAdd[kAddTargets + t] +=
+                core::fNum(grid.Cell(row, kFirstTargetColumn + kTargetColumns * static_cast<int>(t)));
+    }
+    return total;
+}
+
+}  // namespace
+
+void pAddRepRow(const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t valueIndex) {
+    const analysis::ResultTable& table = results.table;
+    const auto at = static_cast<std::size_t>(valueIndex);
+    const std::size_t row = grid.AddRow(LineKind::Value);
+    LineRecord line;
+    line.LineVisitors = table.Visitors[at];
+    line.LineAdd[kAddStayed] = table.Stayed[at];
+    line.LinePages = table.HtmPages[at];
+    WriteCounts(grid, row, table.STs[at], line);
+    grid.rowTable.PutST(table.STs[at], {&valueIndex, 1});
+    WriteDistribution(grid, row, grid.dGcol_Dist0, results.DistSE, valueIndex, line.LineVisitors);
+    WriteDistribution(grid, row, grid.dGcol_DistAlternate, results.DistAlternate, valueIndex, line.LineVisitors);
+    WriteDistribution(grid, row, grid.dGcol_DistClickThru, results.DistClickThru, valueIndex, line.LineVisitors);
+    for (std::size_t t = 0; t < grid.targets; ++t)
+        if (at < table.TargetCnt[t].size()) WriteTarget(grid, row, t, table.TargetCnt[t][at], line);
+    if (grid.dGCol_Ftype >= 0) grid.Cell(row, grid.dGCol_Ftype) = core::fTypeOf(table.STs[at]);
+}
+
+void pAddTopRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t numberToShow) {
+    const analysis::ResultTable& table = results.table;
+    if (!table.IsDim()) return;
+    const std::optional<std::vector<std::int32_t>> top = fTopIdxs(table.Visitors, numberToShow);
+    if (!top) {
+        Say(env, grid, "report.topfailed",
+            "Error when try to sort Values.\rTotal Values: " + std::to_string(table.STs.size()) + "\rNumber to Show: " +
+                std::to_string(numberToShow) + "\rUse Edit / Options to reduce number to be shown an try again.");
+        return;
+    }
+    std::vector<bool> selected(table.STs.size());
+    for (const std::int32_t index : *top) selected[static_cast<std::size_t>(index)] = true;
+    std::vector<std::int32_t> rest;
+    for (std::int32_t index = 0; index <= table.UpperBound(); ++index) {
+        if (selected[static_cast<std::size_t>(index)]) {
+            pAddRepRow(results, grid, index);
+        } else {
+            rest.push_back(index);
+        }
+    }
+    SortByVisitors(grid);
+    if (!rest.empty()) pAddLine(env, rest, results, grid, kRest, true);
+    pAddTotalLine(env, results, grid, kTotal);
+}
+
+void pAddAllRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid) {
+    if (!results.table.IsDim()) return;
+    for (std::int32_t index = 0; index <= results.table.UpperBound(); ++index) pAddRepRow(results, grid, index);
+    SortByVisitors(grid);
+    pAddTotalLine(env, results, grid, kTotal);
+}
+
+void pAddRowsForIdxs(core::Env& env, std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results,
+                     ReportGrid& grid) {
+    if (!results.table.IsDim()) return;
+    for (const std::int32_t index : indexes)
+        if (index >= 0) pAddRepRow(results, grid, index);
+    SortByVisitors(grid);
+    pAddTotalLine(env, results, grid, kTotal);
+}
+
+void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::string_view label) {
+    if (grid.rows.size() > kListLimit)
+        Say(env, grid, "report.toomanylines", "Too many lines. First " + std::to_string(kListLimit) + " added only.");
+    const LineRecord total = SumDisplayed(grid);
+    for (std::size_t row = 0; row < grid.rows.size(); ++row)
+        grid.Cell(row, kColShare) = PercentText(core::fNum(grid.Cell(row, kColVisitors)), total.LineVisitors, "0.0");
+    grid.AddRow(LineKind::Gap);
+    const std::size_t row = grid.AddRow(LineKind::Total);
+    WriteCounts(grid, row, label, total);
+    WriteTargets(grid, row, total);
+    grid.dPlotStartEndDate = results.days.Text(0) + "|" + results.days.Text(results.days.count - 1);
+}
+
+ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind, std::int32_t numberToShow) {
+    ReportGrid grid;
+    grid.caption = (kind == ReportKind::Top ? "Top " : "All ") + std::string(FieldName(results.Analyzed_Field)) +
+                   "s. Site: " + results.siteName;
+    pBuildRepCols(grid, results);
+    if (kind == ReportKind::Top) {
+        pAddTopRows(env, results, grid, numberToShow);
+    } else {
+        pAddAllRows(env, results, grid);
+    }
+    pFinishRepGrid(grid);
+    return grid;
+}
+
+}  // namespace reports

@@ -1,0 +1,89 @@
+#include "shell/session.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <cstdlib>
+
+#include "core/text.h"
+
+namespace shell {
+namespace {
+
+constexpr std::array<std::string_view, 5> kProgramFiles{"logfmts.ini", "lastinstvals.ini", "fltrbots.ini", "ppfindbots.ini",
+                                                        "ppfindbotsskipuas.ini"};
+
+std::string FromEnvironment(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::string Absolute(std::string path) {
+    while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    if (path.empty() || path.front() == '/') return path;
+    std::array<char, PATH_MAX> here{};
+    if (::getcwd(here.data(), here.size()) == nullptr) return {};
+    return std::string(here.data()) + "/" + path;
+}
+
+std::string ProgramFolder() {
+    std::array<char, PATH_MAX> program{};
+    const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
+    return length > 0 ? core::fPathOf(std::string_view(program.data(), static_cast<std::size_t>(length))) : std::string();
+}
+
+}  // namespace
+
+std::string DataHome(std::string_view option) {
+    if (!option.empty()) return Absolute(std::string(option));
+    if (std::string home = FromEnvironment("CORVANE_HOME"); !home.empty()) return Absolute(std::move(home));
+    if (const std::string data = FromEnvironment("XDG_DATA_HOME"); data.starts_with('/')) return Absolute(data + "/corvane");
+    const std::string home = FromEnvironment("HOME");
+    return home.starts_with('/') ? home + "/.local/share/corvane" : std::string();
+}
+
+std::string SharedFolder(std::string_view installed, std::string_view source) {
+    for (const std::string& folder : {ProgramFolder() + "../share/corvane", std::string(installed), std::string(source)})
+        if (core::IsDir(folder + "/site/param")) return folder;
+    return std::string(installed);
+}
+
+Session::Session(const Places& places, core::User& user, core::Progress& progress)
+    : paths_(places.home, places.shared),
+      ini_(user),
+      events_(clock_, places.home + "/errors.log"),
+      env_{ini_, user, progress, events_, clock_},
+      sites_(env_, paths_) {}
+
+core::Result Session::Prepare() {
+    const std::string param = paths_.Home() + "/param/";
+    for (const std::string& folder : {paths_.Home() + "/param", paths_.Home() + "/sites"})
+        if (core::Result made = core::MakeDir(folder); !made) return made;
+    for (const std::string_view name : kProgramFiles) {
+        const std::string file = param + std::string(name);
+        if (core::Exists(file)) continue;
+        if (core::Result copied = core::FileCopy(paths_.Shared() + "/program/" + std::string(name), file); !copied) return copied;
+    }
+    return {};
+}
+
+adddata::ProgramFiles Session::ProgramFiles() const {
+    const std::string param = paths_.Home() + "/param/";
+    return {param + "logfmts.ini", param + "lastinstvals.ini", param + "fltrbots.ini"};
+}
+
+Session::Opened Session::Open(std::string_view name) {
+    Opened opened;
+    const std::string folder = name.empty() ? sites_.CurrentFolder() : sites_.Folder(name);
+    if (folder.empty()) {
+        opened.failure.error = name.empty() ? "There is no site yet. Make one with: corvane-cli site create NAME"
+                                            : "There is no site of that name: " + std::string(name);
+        return opened;
+    }
+    sitedb::SetSectionFiles(ini_, paths_, sitedb::Site_Paths(folder));
+    opened.site = sitedb::Site::Site_Open(env_, folder, opened.failure);
+    return opened;
+}
+
+}  // namespace shell
