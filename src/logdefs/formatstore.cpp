@@ -57,7 +57,7 @@ std::optional<std::string> LogFmtStore(core::IniStore& ini, std::string_view nam
     if (!ini.IniPut(name, kSpecs, stored, file)) return "The log format could not be written to " + file;
     const std::string names = ini.IniGet("Main", kNames, file);
     const core::CDSAdded added = core::CDSAdd(names, name, {}, 2);
-    if (added.added && !ini.IniPut("Main", kNames, added.list, file)) return "The log format could not be written to " + file;
+    if (added.added && !ini.IniPutWhole("Main", kNames, added.list, file)) return "The log format could not be written to " + file;
     return std::nullopt;
 }
 

@@ -118,7 +118,7 @@ core::Result Sites::ListSite(const std::string& name, const std::string& folder)
     if (!stored.result) return stored.result;
     const std::string list = env_.ini.IniGet("Main", "DBNameLst", ListFile());
     const bool ok = env_.ini.IniPut(name, "Parm", stored.text, ListFile(), core::OnFail::Ignore) &&
-                    env_.ini.IniPut("Main", "DBNameLst", core::CDSAdd(list, name, {}, 2).list, ListFile(), core::OnFail::Ignore);
+                    env_.ini.IniPutWhole("Main", "DBNameLst", core::CDSAdd(list, name, {}, 2).list, ListFile(), core::OnFail::Ignore);
     return ok ? core::Result{} : Fail("The site could not be added to the list in " + ListFile());
 }
 

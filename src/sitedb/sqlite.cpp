@@ -33,6 +33,14 @@ std::string Advice(int code) {
                          ")." + Advice(extended != 0 ? extended : code));
 }
 
+// One thread does all the work, and nobody reads the library's statistics: without both it is a good deal faster.
+// Before its first use; a later call would be refused, which costs only speed.
+bool ConfigureOnce() {
+    static const bool done = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK &&
+                             sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
+    return done;
+}
+
 }  // namespace
 
 bool StoreError::DiskFull() const noexcept { return (code_ & 0xff) == SQLITE_FULL; }
@@ -118,9 +126,10 @@ std::string_view Statement::Text(int column) {
 }
 
 Database::Database(const std::string& path, const OpenOptions& options) : path_(path) {
+    ConfigureOnce();
     int flags = options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     if (options.create) flags |= SQLITE_OPEN_CREATE;
-    const int code = sqlite3_open_v2(path.c_str(), &db_, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int code = sqlite3_open_v2(path.c_str(), &db_, flags | SQLITE_OPEN_EXRESCODE, nullptr);
     try {
         if (code != SQLITE_OK) Raise(db_, code, "open " + path);
         const int defensive = sqlite3_db_config(db_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
