@@ -19,6 +19,11 @@ std::vector<FormatTrial::Field> FieldsOf(const logdefs::LogLnFields& fields, log
     return shown;
 }
 
+// A "-" is how logs write that there is nothing.
+auto FilledFields(const FormatTrial& trial) {
+    return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) { return field.text != "-"; });
+}
+
 void TakeLine(std::string_view line, const logdefs::LogFormat& format, std::size_t samples, FormatTrial& trial) {
     logdefs::LogLnFields fields;
     logdefs::LineClock clock;
@@ -59,7 +64,7 @@ core::Result TryAllFormats(core::IniStore& ini, const std::string& formatFile, c
         if (trial.fit > 0) trials.push_back(std::move(trial));
     }
     std::ranges::stable_sort(trials, [](const FormatTrial& a, const FormatTrial& b) {
-        return a.fit != b.fit ? a.fit > b.fit : a.samples.front().size() > b.samples.front().size();
+        return a.fit != b.fit ? a.fit > b.fit : FilledFields(a) > FilledFields(b);
     });
     return {};
 }

@@ -48,7 +48,7 @@ private:
     VisitValues found_{};
     std::string room_{};
     IdSet seen_{};
-    logdefs::BoundedMemo<std::vector<std::string>> cuts_{};
+    logdefs::BoundedMemo<std::vector<std::string>> cuts_{1U << 16U};
 };
 
 }  // namespace analysis

@@ -17,6 +17,7 @@
 #include "dialogs/report.h"
 #include "sitedb/analysisrows.h"
 #include "sitedb/site.h"
+#include "visits/labels.h"
 
 namespace analysis {
 namespace {
@@ -210,6 +211,7 @@ void Run::Release(dialogs::Report& report) {
 
 void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (!request_.ShowNotSEitem && visit.StzdSearchTerm.empty()) return;
+    if (request_.field == kTerm) hash_->Expect(visits::Visit_STLabel(visit));
     VisitPageList& pages = reader_->Visit_Pages(visit);
     if (area_ && !InArea(visit, pages)) return;
     day_ = dayIndex_->Of(visit.StartTimeStamp);

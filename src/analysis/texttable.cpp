@@ -2,45 +2,53 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 namespace analysis {
 
+bool TextTable::Is(const Slot& slot, std::uint32_t hash, std::string_view text) {
+    if (slot.hash != hash) return false;
+    std::uint32_t length = 0;
+    std::memcpy(&length, slot.text - sizeof length, sizeof length);
+    return length == text.size() && (length == 0 || std::memcmp(slot.text, text.data(), length) == 0);
+}
+
 std::uint32_t TextTable::FindOrAdd(std::string_view text) {
-    const std::size_t wide = std::hash<std::string_view>{}(text);
-    const auto hash = static_cast<std::uint32_t>(wide ^ (wide >> 32U));
+    const std::uint32_t hash = HashOf(text);
     std::size_t at = hash & (slots_.size() - 1);
-    while (slots_[at].id != kFree) {
-        if (slots_[at].hash == hash && texts_[slots_[at].id] == text) return slots_[at].id;
+    while (slots_[at].text != nullptr) {
+        if (Is(slots_[at], hash, text)) return slots_[at].id;
         at = (at + 1) & (slots_.size() - 1);
     }
     const std::uint32_t id = Size();
-    texts_.push_back(Keep(text));
-    slots_[at] = {hash, id};
+    const char* kept = Keep(text);
+    texts_.emplace_back(kept, text.size());
+    slots_[at] = {hash, id, kept};
     if (texts_.size() * 3 > slots_.size() * 2) Grow();
     return id;
 }
 
-std::string_view TextTable::Keep(std::string_view text) {
-    if (text.empty()) return {};
-    if (text.size() > left_) {
-        left_ = std::max(kBlock, text.size());
+const char* TextTable::Keep(std::string_view text) {
+    const auto length = static_cast<std::uint32_t>(text.size());
+    const std::size_t need = sizeof length + text.size();
+    if (need > left_) {
+        left_ = std::max(kBlock, need);
         blocks_.push_back(std::make_unique_for_overwrite<char[]>(left_));
         free_ = blocks_.back().get();
     }
-    std::memcpy(free_, text.data(), text.size());
-    const std::string_view kept(free_, text.size());
-    free_ += text.size();
-    left_ -= text.size();
+    std::memcpy(free_, &length, sizeof length);
+    char* kept = free_ + sizeof length;
+    if (!text.empty()) std::memcpy(kept, text.data(), text.size());
+    free_ += need;
+    left_ -= need;
     return kept;
 }
 
 void TextTable::Grow() {
     std::vector<Slot> wider(slots_.size() * 2);
     for (const Slot& slot : slots_) {
-        if (slot.id == kFree) continue;
+        if (slot.text == nullptr) continue;
         std::size_t at = slot.hash & (wider.size() - 1);
-        while (wider[at].id != kFree) at = (at + 1) & (wider.size() - 1);
+        while (wider[at].text != nullptr) at = (at + 1) & (wider.size() - 1);
         wider[at] = slot;
     }
     slots_ = std::move(wider);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -13,18 +14,26 @@ namespace analysis {
 class TextTable {
 public:
     std::uint32_t FindOrAdd(std::string_view text);
+    // Fetches what a look-up of the text soon will need.
+    void Expect(std::string_view text) const { __builtin_prefetch(&slots_[HashOf(text) & (slots_.size() - 1)]); }
     std::string_view Text(std::uint32_t id) const { return texts_[id]; }
     std::uint32_t Size() const { return static_cast<std::uint32_t>(texts_.size()); }
 
 private:
+    // A slot leads straight to its text: a look-up costs two cache misses, not three.
     struct Slot {
         std::uint32_t hash = 0;
-        std::uint32_t id = kFree;
+        std::uint32_t id = 0;
+        const char* text = nullptr;  // the length in front of it; nullptr: free
     };
-    static constexpr std::uint32_t kFree = 0xffffffff;
     static constexpr std::size_t kBlock = 64U << 10U;
 
-    std::string_view Keep(std::string_view text);
+    static std::uint32_t HashOf(std::string_view text) {
+        const std::size_t wide = std::hash<std::string_view>{}(text);
+        return static_cast<std::uint32_t>(wide ^ (wide >> 32U));
+    }
+    static bool Is(const Slot& slot, std::uint32_t hash, std::string_view text);
+    const char* Keep(std::string_view text);
     void Grow();
 
     std::vector<Slot> slots_{std::vector<Slot>(64)};

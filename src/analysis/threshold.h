@@ -28,6 +28,7 @@ public:
         if (++state <= threshold_) return {};
         return {true, state, -1, id};
     }
+    void Expect(std::string_view value) const { values_.Expect(value); }
     void SetRow(std::uint32_t id, std::int32_t row) { states_[id] = -row; }
 
 private:
