@@ -204,7 +204,8 @@ void Run::ReadVisits() {
 
 void Run::Release(dialogs::Report& report) {
     report.Step(results_->visits, "Complete. Releasing Memory 1/2");
-    for (CrossTable* table : {&results_->DistSE, &results_->DistAlternate, &results_->DistClickThru}) table->cross.Finish();
+    for (CrossTable* table : {&results_->DistSE, &results_->DistAlternate, &results_->DistClickThru})
+        table->cross.Finish();
     report.Step(results_->visits, "Complete. Releasing Memory 2/2");
     hash_.reset();
 }

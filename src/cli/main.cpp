@@ -59,7 +59,8 @@ std::vector<std::string> CommandNames(const CLI::App* command) {
 }
 
 // What is wrong with the arguments, with the nearest commands or options to those that are none.
-std::string Complaint(const CLI::App* command, const CLI::ParseError& error, const std::vector<std::string>& arguments) {
+std::string Complaint(const CLI::App& root, const CLI::ParseError& error, const std::vector<std::string>& arguments) {
+    const CLI::App* command = Innermost(root);
     constexpr std::size_t kFew = 6;
     const std::vector<std::string> commands = CommandNames(command);
     const std::vector<std::string> options = OptionNames(command);
@@ -70,7 +71,7 @@ std::string Complaint(const CLI::App* command, const CLI::ParseError& error, con
             return "There is no option " + name + " here. " + cli::ValidAre(name, options, kFew);
     }
     if (commands.empty()) return core::fReplace(error.what(), "\x1f", "");
-    const std::vector<std::string> extra = command->remaining(true);
+    const std::vector<std::string> extra = root.remaining(true);
     const auto word = std::ranges::find_if(extra, [](const std::string& text) { return !text.starts_with('-'); });
     if (word == extra.end()) return "A command is missing. " + cli::ValidAre("", commands);
     return "There is no command \"" + *word + "\" here. " + cli::ValidAre(*word, commands);
@@ -86,7 +87,7 @@ int ParseFailed(const CLI::App& root, const CLI::ParseError& error, const std::v
             path = " " + app->get_name() + path;
         way += path;
     }
-    cli::PrintError(Complaint(command, error, arguments) + "\nHelp: " + way + " --help");
+    cli::PrintError(Complaint(root, error, arguments) + "\nHelp: " + way + " --help");
     return kWrongUsage;
 }
 

@@ -7,6 +7,7 @@
 #include "cli/output.h"
 #include "cli/suggest.h"
 #include "core/dates.h"
+#include "core/numbers.h"
 #include "core/text.h"
 #include "dialogs/csv.h"
 #include "reports/fieldtable.h"
@@ -89,6 +90,12 @@ analysis::AnalysisRequest RequestOf(Program& program, const ReportArguments& arg
     return request;
 }
 
+// Of a stamp "yyyymmddhhnnss".
+std::string DateText(std::int64_t stamp) {
+    constexpr std::int64_t kStampsOfDay = 1000000;
+    return core::fFormatText(std::to_string(stamp / kStampsOfDay), "@@@@-@@-@@");
+}
+
 std::vector<std::string> Headers(const reports::ReportGrid& grid) {
     std::vector<std::string> headers;
     for (const reports::Column& column : grid.columns) headers.push_back(column.header);
@@ -158,7 +165,12 @@ int Report(Program& program, const ReportArguments& arguments) {
         PrintError("Stopped.");
         return kStopped;
     }
-    if (!outcome.results) return kFailed;  // the message is told already
+    if (!outcome.results) {
+        const sitedb::SiteFacts facts = sitedb::ReadSiteFacts(*site);
+        PrintError(facts.visits == 0 ? "The site has no visits yet. Add a log with: corvane-cli add FILE"
+                                     : "The site has visits from " + DateText(facts.firstStamp) + " to " + DateText(facts.lastStamp) + ".");
+        return kFailed;
+    }
     const reports::ReportGrid grid = reports::pShowReport(program.Env(), *outcome.results, kind, request.CntTopVals);
     if (grid.rows.empty() && !grid.messages.empty()) return kFailed;
     if (arguments.as == "csv") Write(arguments, CsvText(grid, arguments.safe));

@@ -35,7 +35,14 @@ inline constexpr int kTargetColumns = 4;  // count, two percentages, separator
 inline constexpr int kFirstTargetColumn = 6;
 
 // Columns that every report has.
-enum FixedColumn : int { kColValue = 0, kColVisitors = 1, kColStayed = 2, kColStayPercent = 3, kColAverage = 4, kColShare = 5 };
+enum FixedColumn : int {
+    kColValue = 0,
+    kColVisitors = 1,
+    kColStayed = 2,
+    kColStayPercent = 3,
+    kColAverage = 4,
+    kColShare = 5,
+};
 
 struct ReportGrid {
     std::string caption{};

@@ -23,7 +23,8 @@ void Say(core::Env& env, ReportGrid& grid, std::string id, std::string text) {
 void WriteDistribution(ReportGrid& grid, std::size_t row, int column, const analysis::CrossTable& table,
                        std::int32_t valueIndex, double visitors) {
     if (column < 0) return;
-    grid.Cell(row, column) = DistributionText(table, PairsOfRow(table, static_cast<std::uint32_t>(valueIndex)), visitors);
+    grid.Cell(row, column) =
+        DistributionText(table, PairsOfRow(table, static_cast<std::uint32_t>(valueIndex)), visitors);
 }
 
 void SortByVisitors(ReportGrid& grid) { SortLines(grid, kColVisitors, SortKind::NumericDescending); }
@@ -117,7 +118,8 @@ void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportG
     grid.dPlotStartEndDate = results.days.Text(0) + "|" + results.days.Text(results.days.count - 1);
 }
 
-ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind, std::int32_t numberToShow) {
+ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind,
+                       std::int32_t numberToShow) {
     ReportGrid grid;
     grid.caption = (kind == ReportKind::Top ? "Top " : "All ") + std::string(FieldName(results.Analyzed_Field)) +
                    "s. Site: " + results.siteName;

@@ -44,6 +44,7 @@ void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportG
 
 enum class ReportKind : int { Top = 1, All = 2 };
 // A finished report.
-ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind, std::int32_t numberToShow);
+ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind,
+                       std::int32_t numberToShow);
 
 }  // namespace reports

@@ -22,7 +22,8 @@ Counts SumFrom(const analysis::SrchTrmData& results, std::int32_t firstDay) {
                                    [&](std::int32_t day, const analysis::DayCounts& ofDay) {
                                        if (day < firstDay) return;
                                        counts[0] += ofDay.visitors;
-                                       for (std::size_t t = 1; t < counts.size(); ++t) counts[t] += ofDay.targets[t - 1];
+                                       for (std::size_t t = 1; t < counts.size(); ++t)
+                                           counts[t] += ofDay.targets[t - 1];
                                    });
     }
     return counts;

@@ -44,7 +44,8 @@ TEST(CVNA_VisitsAnalyse, TellsValuesApartByTheirExactText) {
 
 // One visit of every odd kind, and what each field makes of it.
 TEST(CVNA_VisitsAnalyse, TakesTheValuesOfItsFieldFromAVisit) {
-    const TestSite::V walk{.term = "red shoes", .engine = "G", .pages = {"x/a.htm", "b.htm", "x/c.htm?q=1", "x/c.htm?q=2"}};
+    const TestSite::V walk{
+        .term = "red shoes", .engine = "G", .pages = {"x/a.htm", "b.htm", "x/c.htm?q=1", "x/c.htm?q=2"}};
     const TestSite::V fromRoot{.pages = {"/", "b.htm", "/", "y/data.xyz"}};
     const TestSite::V skippedStart{.engine = "B", .pages = {"logo.gif", "p/late.htm", "b.htm"}};
     const TestSite::V onlySkipped{.pages = {"logo.gif", "site.css"}};
@@ -168,7 +169,8 @@ TEST(CVNA_VisitsAnalyse, ReadsOverflowedClickListsAndKeepsTheSeriesByDay) {
     EXPECT_EQ(Rows(*results), (Texts{"t 3/1/199"}));
     std::string series;
     results->table.days.ForEach(1, [&](std::int32_t day, const DayCounts& counts) {
-        series += std::to_string(day) + ":" + std::to_string(counts.visitors) + "/" + std::to_string(counts.stayed) + " ";
+        series += std::to_string(day) + ":" + std::to_string(counts.visitors) + "/" + std::to_string(counts.stayed);
+        series += " ";
     });
     EXPECT_EQ(series, "3:1/0 2:1/0 0:1/1 ");  // 24:00:00 lies in the next day
 }

@@ -88,7 +88,8 @@ TEST(ThresholdOfRun, TakesTheKeyOfTheFieldLessOne) {
     StoreThresholdDefaults(s.ini);
     EXPECT_EQ(s.ini.IniGet("Main", "ThresholdTrk", core::kBySection), "4");
     const struct { int field; std::optional<std::int32_t> given; std::int32_t threshold; } cases[] = {
-        {kDir, {}, 6}, {kTrack, {}, 3}, {kWords7, {}, 3}, {kReferrer, 9, 0}, {kEngine, {}, 0}, {kTerm, 1, 0}, {kTerm, 0, 0},
+        {kDir, {}, 6}, {kTrack, {}, 3}, {kWords7, {}, 3}, {kReferrer, 9, 0},
+        {kEngine, {}, 0}, {kTerm, 1, 0}, {kTerm, 0, 0},
     };
     for (const auto& c : cases) {
         AnalysisRequest request;

@@ -17,13 +17,17 @@ class Dump:
     def __init__(self, rows, columns):
         self.rows = rows
         self.columns = columns
+        self._alone = None
 
     def records(self, table):
         return [dict(zip(self.columns[table], row)) for row in self.rows[table]]
 
-    def without(self, table, *columns):
-        keep = [i for i, name in enumerate(self.columns[table]) if name not in columns]
-        return [tuple(row[i] for i in keep) for row in self.rows[table]]
+    def lines_alone(self):
+        """Rows of logline without their visit."""
+        if self._alone is None:
+            at = self.columns["logline"].index("VisitID")
+            self._alone = [row[:at] + row[at + 1:] for row in self.rows["logline"]]
+        return self._alone
 
     def __eq__(self, other):
         return self.rows == other.rows
@@ -77,12 +81,13 @@ def _read(database):
 
 
 def waiting(dump):
-    return sum(1 for line in dump.records("logline") if line["VisitID"] is None)
+    at = dump.columns["logline"].index("VisitID")
+    return sum(1 for line in dump.rows["logline"] if line[at] is None)
 
 
 def check_prefix(dump, whole):
     """What is stored after a failure is the start of what an uninterrupted run stores: nothing lost in between."""
-    lines, all_lines = dump.without("logline", "VisitID"), whole.without("logline", "VisitID")
+    lines, all_lines = dump.lines_alone(), whole.lines_alone()
     need(lines == all_lines[:len(lines)], "the stored lines are not the first lines of the uninterrupted run")
     pages = dump.rows["page"]
     need(pages == whole.rows["page"][:len(pages)], "the stored pages are not the first pages of the uninterrupted run")

@@ -190,7 +190,8 @@ TEST_F(Reports, SummaryCountsTheWholeAnalysisAndItsLastDays) {
     EXPECT_EQ(SummaryText(results),
               "Total Visits: 1,234\r\rSelected Visits: 50 [ Average: 1.3/day]\rbuy: 8 [16% Average: 0.2/day]\r\r" +
                   std::string(60, '-') +
-                  "\r\rLast 30 days Selected Visits: 30 [ Average: 1.0/day]\rLast 30 days buy: 3 [10% Average: 0.1/day]");
+                  "\r\rLast 30 days Selected Visits: 30 [ Average: 1.0/day]"
+                  "\rLast 30 days buy: 3 [10% Average: 0.1/day]");
 }
 
 TEST(fTopIdxs, TakesTheLaterOfEqualCountsAndCutsAnOverflow) {

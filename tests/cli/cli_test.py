@@ -1,0 +1,405 @@
+#!/usr/bin/env python3
+"""Drives the built corvane-cli as a person or a script would. Usage: cli_test.py PROGRAM"""
+import csv
+import gzip
+import io
+import json
+import os
+import pathlib
+import pty
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM = ""
+AGENT = "Mozilla/5.0 (X11; Linux x86_64) Firefox/120.0"
+ROBOT = "Mozilla/5.0 (compatible; Googlebot/2.1; +http://www.google.com/bot.html)"
+SEARCH = "https://www.google.com/search?q=red+shoes"
+
+
+def line(second=0, ip="192.0.2.1", path="/a.html", referrer="-", agent=AGENT, status=200):
+    time_text = time.strftime("%d/%b/%Y:%H:%M:%S", time.gmtime(1709251200 + second))
+    return f'{ip} - - [{time_text} +0000] "GET {path} HTTP/1.1" {status} 512 "{referrer}" "{agent}"\n'
+
+
+def shop_log():
+    """Two searches for one term, a reader without one, a robot, an image, an error and a broken line."""
+    return "".join([
+        line(0, "192.0.2.1", "/shoes.html", SEARCH), line(20, "192.0.2.1", "/red.html"),
+        line(5, "192.0.2.2", "/shoes.html", SEARCH),
+        line(7, "192.0.2.3", "/start.html"),
+        line(9, "192.0.2.4", "/shoes.html", agent=ROBOT),
+        line(21, "192.0.2.1", "/logo.png"),
+        line(30, "192.0.2.5", "/gone.html", status=404),
+        "this is no line of a log\n",
+    ])
+
+
+class CliCase(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="corvane-cli-"))
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.home = self.folder / "home"
+        self.env = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "CORVANE_HOME": str(self.home), "TERM": "xterm"}
+
+    def start(self, *arguments):
+        return subprocess.Popen([PROGRAM, *arguments], env=self.env, cwd=self.folder, stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def run_cli(self, *arguments, status=0, text=None):
+        done = subprocess.run([PROGRAM, *arguments], env=self.env, cwd=self.folder, timeout=60, capture_output=True,
+                              **({"input": text.encode()} if text is not None else {"stdin": subprocess.DEVNULL}))
+        self.out, self.err = done.stdout.decode("utf-8", "surrogateescape"), done.stderr.decode("utf-8", "surrogateescape")
+        self.assertEqual(done.returncode, status, f"{arguments}\n{self.out}\n{self.err}")
+        return self.out
+
+    def run_json(self, *arguments, status=0):
+        return json.loads(self.run_cli(*arguments, "--json", status=status))
+
+    def on_terminal(self, *arguments):
+        """All that a terminal gets to see."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.chdir(self.folder)
+            os.execve(PROGRAM, [PROGRAM, *arguments], self.env)
+        seen = b""
+        while True:
+            try:
+                part = os.read(terminal, 65536)
+            except OSError:
+                break
+            if not part:
+                break
+            seen += part
+        os.close(terminal)
+        self.terminal_status = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+        return seen
+
+    def write(self, name, text):
+        path = self.folder / name
+        path.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return str(path)
+
+    def make_site(self, name="Shop"):
+        self.run_cli("site", "create", name)
+
+    def add(self, *files, status=0, extra=()):
+        return self.run_json("add", "--invalid", "skip", "--overlap", "add", *extra, "--", *files, status=status) \
+            if not any(f.startswith("-") for f in files) else self.fail("names from the root on, please")
+
+
+class TheWholeRoad(CliCase):
+    def test_log_to_report(self):
+        log = self.write("access.log", shop_log())
+        self.run_cli("--home", str(self.home), "site", "create", "My shop", "--keep-extra", "--no-skip-404")
+        added = self.run_json("add", "--format", "apache-combined", "--no-components", "--no-robots", "--invalid", "skip",
+                              "--overlap", "add", log)
+        totals = added["totals"]
+        self.assertEqual((totals["AllLinesRead"], totals["AllLinesAdded"], totals["AllBots"], totals["AllComps"]), (7, 5, 1, 1))
+        file = added["files"][0]
+        self.assertEqual((file["FileName"], file["FirstDate"], file["LastDate"]),
+                         (log, "2024-03-01 00:00:00", "2024-03-01 00:00:30"))
+        self.assertEqual(added["visitsMade"], 4)
+        self.assertEqual(set(added["seconds"]), {"read", "visits", "compaction"})
+        self.assertIn("cannot be matched", added["problems"][log][0])
+
+        again = self.run_json("add", "--no-components", "--no-robots", "--invalid", "skip", "--overlap", "add", log)
+        self.assertEqual((again["totals"]["AllLinesAdded"], again["totals"]["AllLinesExist"]), (0, 5))
+        self.run_cli("add", "--no-components", "--no-robots", "--invalid", "skip", "--overlap", "skip", log)
+
+        shown = self.run_json("site", "show")
+        self.assertEqual((shown["name"], shown["dates"]["first"], shown["counts"]["visits"], shown["unfinished"]),
+                         ("My shop", "2024-03-01", 4, None))
+        self.assertFalse(shown["options"]["Skip404"])
+        with sqlite3.connect(shown["database"]) as database:
+            self.assertEqual(database.execute("SELECT count(*) FROM logline").fetchone()[0], 5)
+
+        rows = list(csv.reader(io.StringIO(self.run_cli("report", "terms", "--threshold", "1", "--as", "csv", "--dist1"))))
+        self.assertEqual(rows[1][:2], ["red shoes", "2"])
+        as_json = json.loads(self.run_cli("report", "1", "--kind", "all", "--threshold", "1", "--as", "json", "--dist1"))
+        self.assertEqual((as_json["field"], as_json["kind"], as_json["from"]), ("terms", "all", "2024-03-01"))
+        self.assertEqual(as_json["columns"], rows[0])
+        self.assertIn("red shoes", self.run_cli("report", "terms", "--threshold", "1"))
+        self.run_cli("report", "terms", "--threshold", "1", "--as", "csv", "--dist1", "-o", "out.csv")
+        self.assertEqual(list(csv.reader((self.folder / "out.csv").open(newline=""))), rows)
+        self.run_cli("compact")
+
+    def test_options_hold_for_one_call_or_are_stored(self):
+        self.make_site()
+        log = self.write("a.log", shop_log())
+        self.assertEqual(self.add(log, extra=["--robots", "--components"])["totals"]["AllBots"], 0)
+        self.assertEqual(self.run_cli("option", "get", "nobots"), "True\n")
+        self.run_cli("option", "set", "nobots", "no")
+        self.assertEqual(self.run_cli("option", "get", "NOBOTS"), "False\n")
+        self.run_cli("option", "set", "nobots", "perhaps", status=2)
+        self.run_cli("option", "set", "CntTopVals", "-1", status=2)
+        self.run_cli("option", "set", "LastKeepVal", "False", status=2)
+        self.run_cli("option", "set", "CntTopVal", "3", status=2)
+        self.assertIn("Valid are: CntTopVals,", self.err)
+        files = {row["key"]: row["file"] for row in self.run_json("option", "list")}
+        self.assertEqual((files["Skip404"], files["All"]), ("dbdef.ini", "LastVals.ini"))
+
+    def test_definitions(self):
+        self.make_site()
+        log = self.write("a.log", shop_log())
+        spec = '[%d/%M/%Y,%h:%n:%e] %S "%r" [%c]'
+        self.run_cli("format", "set", "mine", spec, "[%S,%r]")
+        self.assertEqual(self.run_cli("format", "show", "mine"), spec + "\n[%S,%r]\n")
+        self.assertEqual(self.run_json("format", "try", "apache-combined", log)["fit"], 7)
+        self.assertIn("apache-combined", [trial["format"] for trial in self.run_json("format", "try", log)])
+
+        self.run_cli("engine", "set", "--add", "http://*.finder.*/* ?ask")
+        tried = self.run_json("engine", "try", "https://www.finder.org/x?ask=Two++Words", SEARCH, "http://example.org/")
+        self.assertEqual([(t["engine"], t["raw"], t["term"]) for t in tried],
+                         [("FINDER", "Two++Words", "two words"), ("GOOGLE", "red+shoes", "red shoes"), (None, None, None)])
+        before = self.run_json("engine", "list")
+        self.run_cli("engine", "set", "http://good.*/* ?q", "http://bad.*/*", status=2)
+        self.assertIn("Definition 2", self.err)
+        self.assertEqual(self.run_json("engine", "list"), before)
+        self.run_cli("engine", "set", "--file", "-", text="http://one.*/* ?q\r\nhttp://two.*/* ?q\n")
+        self.assertEqual(len(self.run_json("engine", "list")), 2)
+
+    def test_filters(self):
+        self.make_site()
+        log = self.write("a.log", shop_log())
+        self.run_cli("filter", "set", "main", "Shoes", "--field", "file", "--op", "contains", "--value", "SHOES")
+        self.run_cli("filter", "set", "main", "Found", "--field", "referrer", "--op", "contains", "--value", "google")
+        self.run_cli("filter", "set", "main", "Both", "--rule", "Shoes", "--rule", "found", "--all")
+        shown = self.run_json("filter", "show", "main", "both")
+        self.assertEqual([(r["name"], r["value"]) for r in shown["rules"]], [("Shoes", "shoes"), ("Found", "google")])
+        self.run_cli("filter", "remove", "main", "Shoes", status=2)
+        self.run_cli("filter", "select", "main", "Bath", status=2)
+        self.assertIn("Both", self.err)
+
+        self.add(log, extra=["--filter", "except"])
+        self.assertIn("main filter is on and has no rule selected", self.err)
+        self.run_cli("filter", "select", "main", "Both")
+        self.run_cli("site", "create", "Second")
+        self.run_cli("site", "select", "shop")
+        only = self.add(self.write("b.log", shop_log()), extra=["--filter", "only", "--robots", "--components"])
+        self.assertEqual(only["totals"]["AllFiltered"], 4)
+        self.run_cli("filter", "set", "robots", "shoebot", "--field", "agent", "--op", "contains", "--value", "ShoeBot")
+        self.run_cli("filter", "select", "robots", "shoebot", status=2)
+        self.run_cli("filter", "remove", "robots", "shoebot")
+        self.assertNotIn("shoebot", [row["name"] for row in self.run_json("filter", "list", "robots")])
+
+
+class BadInput(CliCase):
+    def test_wrong_usage_names_what_is_valid(self):
+        self.make_site()
+        cases = [
+            (["reprot"], "report"), (["report", "trems"], "terms"), (["report", "terms", "--tpo", "3"], "--top"),
+            (["report", "terms", "--from", "2024-13-01"], "YYYY-MM-DD"), (["report", "terms", "--as", "cvs"], "csv"),
+            (["report", "terms", "--kind", "grouped"], "not built yet"), (["report", "terms", "--deviation"], "not built yet"),
+            (["report", "terms", "--from", "2024-02-02", "--to", "2024-02-01"], "behind"),
+            (["--site", "Shup", "site", "show"], "Shop"), (["site", "select", "x"], "Shop"), (["site", "show", "x"], "Shop"),
+            (["site", "shwo"], "show"), (["add", "-"], "Standard input"), (["add"], "FILE"),
+            (["add", "--format", "apache-combind", "a.log"], "apache-combined"), (["add", "--filter", "some", "a.log"], "except"),
+            (["format", "show", "nginx"], "nginx-combined"), (["filter", "list", "robot"], "robots"),
+        ]
+        for arguments, word in cases:
+            with self.subTest(arguments=arguments):
+                self.run_cli(*arguments, status=2)
+                self.assertIn(word, self.err)
+                self.assertEqual(self.out, "")
+
+    def test_every_command_has_help_with_an_example(self):
+        for command in ("add", "resume", "compact", "report", "site create", "format try", "engine set", "filter set", "option set"):
+            self.assertIn("Example", self.run_cli(*command.split(), "--help"))
+        self.assertIn("corvane-cli", self.run_cli("--version"))
+
+    def test_without_a_site_or_data(self):
+        self.run_cli("report", "terms", status=1)
+        self.assertIn("site create", self.err)
+        self.make_site()
+        self.run_cli("report", "terms", status=1)
+        self.assertIn("no visits yet", self.err)
+        self.run_cli("resume")
+
+    def test_logs_that_cannot_be_read(self):
+        self.make_site()
+        os.mkfifo(self.folder / "pipe.log")
+        (self.folder / "folder.log").mkdir()
+        bad = {"missing.log": "No such file", "pipe.log": "pipe", "folder.log": "folder", "empty.log": "empty",
+               "packed.log": "packed (gzip)", "binary.log": "no text file", "*.nothing": "No file matches"}
+        self.write("empty.log", "")
+        self.write("packed.log", gzip.compress(shop_log().encode()))
+        self.write("binary.log", bytes(range(256)) * 20)
+        good = self.write("good.log", shop_log())
+        added = self.add(*bad, good, status=1)
+        self.assertEqual(added["totals"]["AllLinesRead"], 6)
+        for name, word in bad.items():
+            with self.subTest(name=name):
+                self.assertTrue(any(name in error and word in error for error in added["errors"]), added["errors"])
+        self.assertEqual(self.run_json("site", "show")["unfinished"], None)
+
+    def test_a_format_that_does_not_fit(self):
+        self.make_site()
+        log = self.write("a.log", shop_log())
+        added = self.add(log, extra=["--format", "iis-w3c-iis6"], status=1)
+        misfit = added["misfits"][0]
+        self.assertEqual((misfit["lines"], misfit["firstMisfitNumber"]), (8, 1))
+        self.assertIn("apache-combined", misfit["wouldFit"])
+        self.assertIn("--format NAME", self.err)
+        self.run_cli("format", "try", "iis-w3c-iis6", log, status=1)
+
+    def test_a_question_without_an_answer_names_the_option(self):
+        self.make_site()
+        log = self.write("a.log", shop_log())
+        self.run_cli("add", log, status=2)
+        self.assertIn("--invalid skip", self.err)
+        self.run_cli("site", "show")
+        self.assertIn("corvane-cli resume", self.err)
+        self.run_cli("add", "--invalid", "skip", log, status=2)
+        self.assertIn("--overlap add", self.err)
+        self.run_cli("add", "--invalid", "stop", "--overlap", "add", log, status=1)
+        self.run_cli("site", "show")
+        self.assertEqual(self.err, "")
+
+
+class Hostile(CliCase):
+    def test_site_names(self):
+        for name in ('a"b', "a|b", "[a]", "a\nb", "../x", "x" * 300, "", " a", "Main", "\x1b[31m"):
+            with self.subTest(name=name):
+                self.run_cli("site", "create", name, status=1)
+                self.assertNotIn("\x1b", self.err)
+        self.assertEqual(self.run_json("site", "list"), [])
+        for name in ("..", "it's", "Größe %41; rm -rf", "CON", "sites"):
+            self.make_site(name)
+        folders = [pathlib.Path(row["folder"]) for row in self.run_json("site", "list")]
+        self.assertEqual({folder.parent for folder in folders}, {self.home / "sites"})
+        self.assertEqual(len(set(folders)), 5)
+
+    def test_log_names_are_taken_as_they_are(self):
+        self.make_site()
+        names = ['quote".log', "a|b.log", "x [LogFormat: iis-w3c-iis6]", "[a,b]", "line\nfeed.log", "back\\slash.log", "star*.log",
+                 "\x1b[2J.log", "ü" * 100, " blank "]
+        files = [self.write(name, line(60 * i, f"198.51.100.{i}")) for i, name in enumerate(names)]
+        added = self.add(*files, status=0)
+        self.assertEqual(added["totals"]["AllLinesAdded"], len(names))
+        self.assertEqual([file["FileName"] for file in added["files"]], files)
+        os.rename(files[3], self.folder / "-o.log")
+        self.run_cli("add", "--overlap", "add", "--", "-o.log", "[a", "[a,b]", status=1)
+        self.assertIn("/[a,b]", self.err)
+        self.assertNotIn("\x1b", self.run_cli("add", "--overlap", "add", files[7]))
+        self.run_cli("add", "y" * 300, status=1)
+
+    def test_control_characters_do_not_reach_a_terminal(self):
+        self.make_site()
+        bad = "https://www.google.com/search?q=red%1B%5B31m%0Ashoes%C2%9B"
+        log = self.write("a.log", line(0, referrer=bad) + line(1, path="/\x1b]0;x\x07.html") + "\x1b[2J no line\n")
+        shown = self.on_terminal("add", "--invalid", "stop", "--robots", log)
+        self.assertIn(b"\\x1B[2J no line", shown)
+        for form in ("table", "csv", "json"):
+            seen = self.on_terminal("report", "terms", "--threshold", "1", "--as", form)
+            self.assertEqual(self.terminal_status, 0)
+            seen = seen.replace(b"\x1b[K", b"").replace(b"\x1b[1m", b"").replace(b"\x1b[0m", b"")
+            self.assertIn(b"shoes", seen)
+            for raw in (b"\x1b", b"\xc2\x9b"):
+                self.assertNotIn(raw, seen)
+        self.env["NO_COLOR"] = "1"
+        self.assertNotIn(b"\x1b[1m", self.on_terminal("report", "terms", "--threshold", "1"))
+
+    def test_progress_stays_off_pipes_and_full_disks_are_told(self):
+        self.make_site()
+        self.run_cli("add", self.write("a.log", line()))
+        self.assertEqual(self.err, "")
+        with open("/dev/full", "w") as full:
+            done = subprocess.run([PROGRAM, "site", "show"], env=self.env, stdout=full, stderr=subprocess.PIPE, timeout=20)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"could not be written", done.stderr)
+        self.run_cli("report", "pages", "--threshold", "1", "--not-search", "-o", "/nonexistent/x.csv", status=1)
+        text = self.run_cli("report", "start-pages", "--threshold", "1", "--not-search", "--as", "csv")
+        self.assertTrue(text.endswith("\r\n"))
+
+
+class Interrupted(CliCase):
+    LINES = 60000
+
+    def setUp(self):
+        super().setUp()
+        rows = (line(i, f"10.{i % 250}.{i % 97}.{i % 61}", f"/page{i % 500}.html",
+                     SEARCH + str(i % 40) if i % 9 == 0 else "-") for i in range(self.LINES))
+        self.log = self.write("big.log", "".join(rows))
+        self.make_site()
+        self.database = self.run_json("site", "show")["database"]
+
+    def begin(self):
+        """An add that has stored something and is not done."""
+        process = self.start("add", "--overlap", "add", self.log)
+        mark = pathlib.Path(self.database).parent.parent / "param" / "LastVals.ini"
+        deadline = time.monotonic() + 20
+        while b"MustDoVisitsAdd=2" not in mark.read_bytes():
+            self.assertIsNone(process.poll(), "the add was over before it could be interrupted")
+            self.assertLess(time.monotonic(), deadline)
+            time.sleep(0.005)
+        return process
+
+    def facts(self):
+        with sqlite3.connect(self.database) as database:
+            return [database.execute(sql).fetchone()[0] for sql in (
+                "SELECT count(*) FROM logline", "SELECT count(*) FROM visit", "SELECT count(*) FROM page",
+                "SELECT count(*) FROM logline WHERE VisitID IS NULL")]
+
+    def complete(self):
+        self.run_cli("site", "show")
+        self.assertIn("corvane-cli resume", self.err)
+        self.run_cli("resume")
+        self.run_cli("add", "--overlap", "add", self.log)
+        self.assertEqual(self.err.count("resume"), 0)
+        stopped = self.facts()
+        self.run_cli("site", "create", "Whole")
+        self.database = self.run_json("site", "show")["database"]
+        self.run_cli("add", self.log)
+        self.assertEqual(stopped[0], self.facts()[0])
+        self.assertEqual(stopped[2:], self.facts()[2:])
+
+    def test_kill_is_noticed_and_resume_completes(self):
+        process = self.begin()
+        process.kill()
+        process.communicate()
+        self.complete()
+
+    def test_signals_stop_with_their_status(self):
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number=number):
+                process = self.begin()
+                process.send_signal(number)
+                _, errors = process.communicate(timeout=20)
+                self.assertEqual(process.returncode, 128 + number)
+                self.assertIn(b"corvane-cli resume", errors)
+        self.complete()
+
+    def test_the_second_program_is_told_at_once(self):
+        process = self.begin()
+        process.send_signal(signal.SIGSTOP)
+        try:
+            for arguments in (["site", "show"], ["report", "terms"], ["add", self.log], ["option", "set", "nobots", "no"]):
+                start = time.monotonic()
+                self.run_cli(*arguments, status=1)
+                self.assertLess(time.monotonic() - start, 1)
+                self.assertIn("Another copy of this program", self.err)
+            self.run_cli("option", "get", "nobots")
+            self.assertEqual(self.err, "")
+        finally:
+            process.send_signal(signal.SIGCONT)
+            process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0)
+
+
+def main():
+    global PROGRAM
+    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    result = unittest.main(exit=False, verbosity=1).result
+    failed = len({test.id() for test, _ in result.failures + result.errors})
+    print(f"{result.testsRun - failed} passed, {failed} failed", flush=True)
+    sys.exit(1 if failed else 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+"""model_flow.py CLI LOGGEN PARAMS [LOG...]: adds logs with the program and with the independent model beside it
+(tests/model), and compares every row of the four tables and every cell of the reports.
+
+Without LOGs it makes its own, hostile lines among them. With LOGs (combined format) it takes those instead.
+Ends with "N passed, N failed".
+"""
+
+import json
+import os
+import random
+import shutil
+import subprocess
+import sys
+import tempfile
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+MODEL = os.path.join(HERE, "..", "model")
+WORDS = {1: "terms", 2: "start-pages", 3: "terms-start-pages", 4: "exit-pages", 5: "tracks", 6: "pages", 7: "dirs",
+         8: "referrers", 11: "engines", 12: "words-phrases", 13: "phrases", 14: "phrases3", 15: "words", 16: "2-word",
+         17: "3-word", 18: "4-word", 19: "5-word", 20: "6-word", 21: "7-word"}
+OPTION_FLAGS = {"LastKeepVal": "keep-extra", "Skip404": "skip-404", "RemQuery": "remove-query", "RemFrag": "remove-fragment",
+                "EraseNonSE": "erase-non-search"}
+DISTRIBUTIONS = [{}, {"dist1": True, "dist2": True}, {"dist1": True, "dist2": True, "click_through": True}]
+
+SCENARIOS = [
+    {"name": "extra data, filters on", "options": {"LastKeepVal": True},
+     "adds": [[0], [1]], "robots": False, "components": False, "seed": 1},
+    {"name": "extra data, filters off, one list, then again", "options": {"LastKeepVal": True, "LmtVisitLines": 40},
+     "adds": [[0, 1], [1, 0]], "robots": True, "components": True, "seed": 2},
+    {"name": "no extra data, parts removed", "seed": 3,
+     "options": {"LastKeepVal": False, "Skip404": True, "RemQuery": True, "RemFrag": True, "domain": "https://www.shop.example"},
+     "adds": [[1], [0]], "robots": False, "components": False},
+    {"name": "only visits with a term", "options": {"LastKeepVal": True, "EraseNonSE": True, "LmtVisitLines": 7},
+     "adds": [[0], [0, 1]], "robots": True, "components": False, "seed": 4},
+]
+
+HOSTILE = [
+    b'x\' OR \'\'=\' - - [%s +0000] "GET /a|b{{||{{!!?q={}#f|g HTTP/1.1" 200 -5 "http://www.google.com/search?q=a%%7Cb%%00c" "=cmd|x"\n',
+    b'10.0.0.1 - - [%s +0000] "GET /%%u1234%%2541%%E9%%zz HTTP/1.1" 1e99 99999999999 "https://www.google.de/?q=%%C3%%9Cber+caf%%E9" "\xff\xfe"\n',
+    b' - - [%s +0000] "GET //a//b///c/ HTTP/1.1" 200 12.5 "-" "-"\n',
+    b'10.0.0.1%(pad)s - - [%s +0000] "GET /x HTTP/1.1" 200 7 "http://www.bing.com/search?q=+++" "Mozilla"\n',
+    b'2001:db8::1 - - [%s +0000] "GET http://www.shop.example/%(long)s HTTP/2.0" 200 1 "%(long)s" "%(long)s"\n',
+    b'10.0.0.9 - - [99/Foo/99999:77:88:99 +0000] "GET /odd HTTP/1.1" 404 1 "http://www.google.com/search?q=(cheap,+hotels!)++paris" "M"\n',
+    b'\xc4 broken \x00 line\n', b'   \t\r\n',
+]
+
+
+def hostile(rng, stamp):
+    line = rng.choice(HOSTILE)
+    line = line.replace(b"%(pad)s", b"1" * rng.randint(0, 60)).replace(b"%(long)s", "é/".encode() * rng.randint(80, 140))
+    return line.replace(b"%s", stamp).replace(b"%%", b"%")
+
+
+def make_logs(loggen, folder, seed):
+    """Two logs whose days overlap, with lines out of order, doubled and hostile."""
+    rng = random.Random(seed)
+    paths = []
+    for part in range(2):
+        path = os.path.join(folder, "part%d.log" % part)
+        subprocess.run([loggen, "--lines", "2500", "--days", "3", "--seed", str(seed * 10 + part % 2), "-o", path], check=True)
+        with open(path, "rb") as stream:
+            lines = stream.readlines()
+        for _ in range(120):
+            at = rng.randrange(len(lines))
+            stamp = lines[at].split(b"[")[-1].split(b" +")[0] if b" +0000] " in lines[at] else b"07/Sep/2026:10:00:00"
+            lines.insert(at + 1, hostile(rng, stamp))
+        for _ in range(60):
+            at = rng.randrange(len(lines) - 10)
+            lines.insert(at, lines[at + rng.randrange(10)])
+        if part == 1:
+            with open(paths[0], "rb") as stream:
+                lines[len(lines) // 2:len(lines) // 2] = stream.readlines()[::3]
+        with open(path, "wb") as stream:
+            stream.writelines(lines)
+        paths.append(path)
+    return paths
+
+
+def run(command, allowed=(0,)):
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    if done.returncode not in allowed:
+        raise RuntimeError("%s\nexit status %d\n%s" % (" ".join(command), done.returncode, done.stderr.decode(errors="replace")[-3000:]))
+    return done.stdout
+
+
+class Flow:
+    def __init__(self, cli, folder, params):
+        self.cli, self.folder, self.params = cli, folder, params
+        self.home = os.path.join(folder, "home")
+        self.passed = self.failed = 0
+
+    def program(self, *words):
+        return run([self.cli, "--home", self.home, *words])
+
+    def check(self, what, command):
+        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if done.returncode == 0:
+            self.passed += 1
+            return
+        self.failed += 1
+        print("FAILED: %s\n%s" % (what, done.stdout.decode(errors="replace")[:6000]))
+
+    def add(self, scenario, logs):
+        options = scenario["options"]
+        flags = ["--%s%s" % ("" if options.get(key, False) else "no-", flag) for key, flag in OPTION_FLAGS.items()]
+        self.program("site", "create", "Flow", *flags)
+        for key in ("LmtVisitLines", "domain"):
+            if key in options:
+                self.program("option", "set", key, str(options[key]))
+        for files in scenario["adds"]:
+            self.program("add", "--format", "apache-combined", "--filter", "all",
+                         "--%srobots" % ("" if scenario["robots"] else "no-"),
+                         "--%scomponents" % ("" if scenario["components"] else "no-"),
+                         "--overlap", "add", "--invalid", "skip", *[logs[i] for i in files])
+
+    def reports(self, fields):
+        listed = []
+        for i, field in enumerate(fields):
+            chosen = DISTRIBUTIONS[i % 3] if field != 6 else DISTRIBUTIONS[1]
+            base = {"field": field, "from": None, "to": None, "not_search": i % 2 == 0, "dist1": False, "dist2": False,
+                    "click_through": False, "sep_query": False, "sep_frag": False, "area": None, **chosen}
+            listed.append({**base, "name": "top%d" % field, "kind": "top", "top": 7, "threshold": 2})
+            listed.append({**base, "name": "all%d" % field, "kind": "all", "top": 20, "threshold": 1})
+            listed.append({**base, "name": "alltop%d" % field, "kind": "all", "top": 20, "threshold": 2})
+        return listed
+
+    def grid(self, report, path):
+        words = ["report", WORDS[report["field"]], "--kind", report["kind"], "--threshold", str(report["threshold"]), "--as", "csv", "-o", path,
+                 "--not-search" if report["not_search"] else "--no-not-search"]
+        if report["kind"] == "top":
+            words += ["--top", str(report["top"])]
+        for key, flag in (("dist1", "dist1"), ("dist2", "dist2"), ("click_through", "click-through")):
+            words.append("--%s%s" % ("" if report[key] else "no-", flag))
+        self.program(*words)
+
+    def scenario(self, scenario, logs):
+        reports = self.reports(list(WORDS))
+        self.add(scenario, logs)
+        site = json.loads(self.program("site", "show", "--json"))
+        job = {"params": os.path.join(self.home, "param"), "site_params": os.path.join(site["folder"], "param"),
+               "options": scenario["options"], "reports": reports,
+               "adds": [{"files": [logs[i] for i in files], "format": "apache-combined", "filter": "all",
+                         "robots": scenario["robots"], "components": scenario["components"], "overlap": "add", "invalid": "skip"}
+                        for files in scenario["adds"]]}
+        job_file, made = os.path.join(self.folder, "job.json"), os.path.join(self.folder, "model")
+        with open(job_file, "w", encoding="utf-8") as stream:
+            json.dump(job, stream)
+        run([sys.executable, os.path.join(MODEL, "model.py"), job_file, made])
+        compare = [sys.executable, os.path.join(MODEL, "compare.py")]
+        self.check(scenario["name"] + ": tables", compare + [site["database"], made])
+        for report in reports:
+            got = os.path.join(self.folder, report["name"] + ".csv")
+            self.grid(report, got)
+            expected = [os.path.join(made, report["name"] + ".csv")]
+            if report["kind"] == "top":
+                expected.append(os.path.join(made, "alltop%d.csv" % report["field"]))
+            self.check("%s: report %s" % (scenario["name"], report["name"]), compare + ["--csv", got] + expected)
+
+
+def main():
+    cli, loggen, params = (os.path.abspath(word) for word in sys.argv[1:4])
+    own_logs = [os.path.abspath(word) for word in sys.argv[4:]]
+    passed = failed = 0
+    for scenario in SCENARIOS:
+        folder = tempfile.mkdtemp(prefix="corvane-flow-")
+        try:
+            flow = Flow(cli, folder, params)
+            flow.scenario(scenario, own_logs or make_logs(loggen, folder, scenario["seed"]))
+            passed, failed = passed + flow.passed, failed + flow.failed
+        finally:
+            shutil.rmtree(folder, ignore_errors=True)
+    print("%d passed, %d failed" % (passed, failed))
+    return 1 if failed else 0
+
+
+sys.exit(main())
