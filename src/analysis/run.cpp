@@ -191,7 +191,8 @@ void Run::ReadVisits() {
         "Dates: " + core::fDateText(days.first, "dd mmm yy") + " to " + core::fDateText(days.Last(), "dd mmm yy");
     dialogs::Report report(env_.progress, "Read visits for selected date range. Check targets && compile statistics.",
                            "visits", results_->visits);
-    sitedb::AnalysisRows rows(site_.Db(), RangeOf(options.dates));
+    sitedb::AnalysisRows rows(site_.Db(), RangeOf(options.dates),
+                              {.bytes = !results_->Targets.empty(), .referrer = request_.field == kReferrer});
     sitedb::AnalysisRow visit;
     for (std::int64_t count = 1; rows.Next(visit); ++count) {
         Visit(visit);

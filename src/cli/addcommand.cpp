@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kStopped = 3;
-constexpr int kSignalled = 128;  // and the signal's number
+constexpr int kSignalled = 128;           // and the signal's number
 constexpr std::int64_t kLookedAt = 4096;  // bytes that tell a packed or binary file
 
 struct AddArguments {
@@ -47,8 +47,10 @@ adddata::AddRequest RequestOf(Program& program, const AddArguments& arguments, s
     adddata::AddRequest request;
     for (const std::string& given : arguments.files) {
         const std::string path = AbsolutePath(given);
-        if (NamesFiles(path)) request.files.push_back({path, ""});
-        else errors.push_back("No file matches " + path + ". Check the folder and the name.");
+        if (NamesFiles(path))
+            request.files.push_back({path, ""});
+        else
+            errors.push_back("No file matches " + path + ". Check the folder and the name.");
     }
     request.format = arguments.format;
     if (!request.format.empty()) CheckFormat(program, request.format, "");
@@ -61,8 +63,10 @@ adddata::AddRequest RequestOf(Program& program, const AddArguments& arguments, s
     if (arguments.robots) request.skipRobots = !*arguments.robots;
     if (arguments.components) request.skipComponents = !*arguments.components;
     CommandUser::Answers answers;
-    if (!arguments.overlap.empty()) answers.addOverlap = Choice("--overlap", arguments.overlap, {"add", "skip"}) == "add";
-    if (!arguments.invalid.empty()) answers.skipInvalid = Choice("--invalid", arguments.invalid, {"skip", "stop"}) == "skip";
+    if (!arguments.overlap.empty())
+        answers.addOverlap = Choice("--overlap", arguments.overlap, {"add", "skip"}) == "add";
+    if (!arguments.invalid.empty())
+        answers.skipInvalid = Choice("--invalid", arguments.invalid, {"skip", "stop"}) == "skip";
     request.NoPromptOverlap = answers.addOverlap.value_or(false);
     request.NoPromptInvalid = answers.skipInvalid.value_or(false);
     program.User().SetAnswers(answers);
@@ -74,14 +78,16 @@ std::optional<Misfit> MisfitOf(Program& program, const logread::FileRecord& reco
     if (!record.skipped || record.overlapped || core::FileSize(record.FileName) <= 0) return std::nullopt;
     if (!core::IsRegularFile(record.FileName)) return std::nullopt;
     const core::ReadText start = core::ReadFile(record.FileName, 1, kLookedAt);
-    if (!start.result || !logread::PackedKind(start.text).empty() || logread::LooksBinary(start.text)) return std::nullopt;
+    if (!start.result || !logread::PackedKind(start.text).empty() || logread::LooksBinary(start.text))
+        return std::nullopt;
     const std::string formats = program.Session().ProgramFiles().formats;
     const logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(program.Ini(), record.format, formats);
     adddata::FormatTrial trial;
     std::vector<adddata::FormatTrial> trials;
     if (!adddata::TryFormat(record.FileName, record.format, loaded.format, 0, trial)) return std::nullopt;
     if (!adddata::TryAllFormats(program.Ini(), formats, record.FileName, trials)) return std::nullopt;
-    Misfit misfit{record.FileName, record.format, trial.lines, trial.fit, trial.firstMisfitNumber, trial.firstMisfit, {}};
+    Misfit misfit{record.FileName,         record.format,     trial.lines, trial.fit,
+                  trial.firstMisfitNumber, trial.firstMisfit, {}};
     for (const adddata::FormatTrial& other : trials) misfit.wouldFit.push_back(other.format);
     return misfit;
 }
@@ -90,7 +96,8 @@ std::optional<Misfit> MisfitOf(Program& program, const logread::FileRecord& reco
 void TellStopped(Program& program, sitedb::Site& site, const adddata::AddOutcome& outcome) {
     if (outcome.visitsWanted && outcome.visits.done) return;
     if (site.UnfinishedAdd(program.Env()).empty()) return;
-    PrintError("Not finished. What was read so far is stored and waits for its visits. Complete it with: corvane-cli resume");
+    PrintError(
+        "Not finished. What was read so far is stored and waits for its visits. Complete it with: corvane-cli resume");
 }
 
 int StatusOf(Program& program, const AddResult& result) {
@@ -114,10 +121,11 @@ int Add(Program& program, const AddArguments& arguments) {
             result.outcome = adddata::AddLogData(program.Env(), *site, program.Session().ProgramFiles(), request);
         } catch (const Unanswered& question) {
             const bool waits = !site->UnfinishedAdd(program.Env()).empty();
-            throw UsageError(std::string(question.what()) +
-                             (waits ? "\nWhat was read so far is stored. Complete it with: corvane-cli resume, or add the "
-                                      "same files again with the option and --overlap add."
-                                    : ""));
+            throw UsageError(
+                std::string(question.what()) +
+                (waits ? "\nWhat was read so far is stored. Complete it with: corvane-cli resume, or add the "
+                         "same files again with the option and --overlap add."
+                       : ""));
         }
     }
     for (const std::string& error : result.outcome.read.errors) PrintError(error);
@@ -127,8 +135,10 @@ int Add(Program& program, const AddArguments& arguments) {
     for (const Misfit& misfit : result.misfits) PrintMisfit(misfit);
     result.status = StatusOf(program, result);
     if (!request.files.empty()) TellStopped(program, *site, result.outcome);
-    if (arguments.json) PrintAddJson(result);
-    else if (!request.files.empty()) PrintAddText(result);
+    if (arguments.json)
+        PrintAddJson(result);
+    else if (!request.files.empty())
+        PrintAddText(result);
     return result.status;
 }
 
@@ -143,8 +153,10 @@ int Resume(Program& program, bool json) {
     if (!visits.error.empty()) PrintError(visits.error);
     if (visits.cancelled) PrintError("Stopped. The lines wait for their visits. Complete it with: corvane-cli resume");
     const int status = visits.cancelled ? kStopped : visits.done ? 0 : kFailed;
-    if (json) PrintVisitsJson(site->Options().name, status, visits);
-    else if (waits) PrintVisitsText(visits);
+    if (json)
+        PrintVisitsJson(site->Options().name, status, visits);
+    else if (waits)
+        PrintVisitsText(visits);
     return status;
 }
 
@@ -155,9 +167,12 @@ int Compact(Program& program) {
     const std::int64_t before = core::FileSize(file);
     site->Pages().Release();
     if (!sitedb::BLDTBL_CompactDB(site->Db()))
-        throw Failure("The database could not be compacted and stands as it was. A compacted copy needs as much free disk space "
-                      "as the file has: " + file);
-    Print("Compacted: " + std::to_string(before) + " bytes before, " + std::to_string(core::FileSize(file)) + " bytes now.\n");
+        throw Failure(
+            "The database could not be compacted and stands as it was. A compacted copy needs as much free disk space "
+            "as the file has: " +
+            file);
+    Print("Compacted: " + std::to_string(before) + " bytes before, " + std::to_string(core::FileSize(file)) +
+          " bytes now.\n");
     return 0;
 }
 
@@ -167,9 +182,11 @@ void AddAddCommands(CLI::App& root, Program& program) {
     auto arguments = std::make_shared<AddArguments>();
     CLI::App* add = NewCommand(root, "add", "Read log files into the site and build visits",
                                "add --format apache-combined --no-robots --invalid skip --overlap add access.log*");
-    AddTexts(*add, "FILE", arguments->files, "Logs, read in this order as one list; * in a name is all that match")->required();
+    AddTexts(*add, "FILE", arguments->files, "Logs, read in this order as one list; * in a name is all that match")
+        ->required();
     AddText(*add, "--format", arguments->format, "Name of the log format (default: the site's LFmtDflt)");
-    AddText(*add, "--filter", arguments->filter, "Main filter: all (off), only (what satisfies it), except (what does not)");
+    AddText(*add, "--filter", arguments->filter,
+            "Main filter: all (off), only (what satisfies it), except (what does not)");
     AddSwitch(*add, "robots", arguments->robots, "Keep lines of robots");
     AddSwitch(*add, "components", arguments->components, "Keep page components (images, styles, scripts)");
     AddText(*add, "--overlap", arguments->overlap,

@@ -97,8 +97,9 @@ std::string Count(std::int64_t count) { return core::CountText(static_cast<doubl
 
 std::string SecondsText(double seconds) { return core::fFormat(seconds, "0.0") + " s"; }
 
-std::vector<std::string> CounterCells(const std::string& name, std::int64_t read, std::int64_t added, std::int64_t exist,
-                                      std::int64_t filtered, std::int64_t bots, std::int64_t comps) {
+std::vector<std::string> CounterCells(const std::string& name, std::int64_t read, std::int64_t added,
+                                      std::int64_t exist, std::int64_t filtered, std::int64_t bots,
+                                      std::int64_t comps) {
     return {name, Count(read), Count(added), Count(exist), Count(filtered), Count(bots), Count(comps)};
 }
 
@@ -135,15 +136,22 @@ void PrintAddJson(const AddResult& result) {
 
 void PrintAddText(const AddResult& result) {
     const logread::ReadOutcome& read = result.outcome.read;
-    TextTable table{{{"File"}, {"Lines read", true}, {"Added", true}, {"Exist", true}, {"Filtered", true}, {"Robots", true}, {"Components", true}}, {}};
+    TextTable table{{{"File"},
+                     {"Lines read", true},
+                     {"Added", true},
+                     {"Exist", true},
+                     {"Filtered", true},
+                     {"Robots", true},
+                     {"Components", true}},
+                    {}};
     for (const logread::FileRecord& file : read.files) {
         const logread::FileCounters& c = file.counters;
         table.rows.push_back(
             CounterCells(file.FileName, c.LinesRead, c.LinesAdded, c.LinesExist, c.Filtered, c.Bots, c.Comps));
     }
     const logread::AllCounters& all = read.totals;
-    table.rows.push_back(CounterCells("All files", all.AllLinesRead, all.AllLinesAdded, all.AllLinesExist, all.AllFiltered,
-                                      all.AllBots, all.AllComps));
+    table.rows.push_back(CounterCells("All files", all.AllLinesRead, all.AllLinesAdded, all.AllLinesExist,
+                                      all.AllFiltered, all.AllBots, all.AllComps));
     PrintTable(table);
     Print("Read in " + SecondsText(read.seconds) + ".\n");
     for (const logread::FileRecord& file : read.files) {
@@ -167,7 +175,8 @@ void PrintVisitsJson(const std::string& site, int status, const visits::VisitsOu
 void PrintVisitsText(const visits::VisitsOutcome& visits) {
     std::string text = "Visits: " + Count(visits.visitsMade) + " made, " + Count(visits.visitsContinued) + " continued";
     if (visits.visitsErased > 0) text += ", " + Count(visits.visitsErased) + " without a term erased";
-    Print(text + ", in " + SecondsText(visits.buildSeconds) + "; compaction " + SecondsText(visits.compactSeconds) + ".\n");
+    Print(text + ", in " + SecondsText(visits.buildSeconds) + "; compaction " + SecondsText(visits.compactSeconds) +
+          ".\n");
     for (const std::string& message : visits.messages) PrintError(message);
 }
 
@@ -175,7 +184,8 @@ void PrintMisfit(const Misfit& misfit) {
     std::string text = misfit.file + ": " + Count(misfit.fit) + " of the first " + Count(misfit.lines) +
                        " lines fit the format " + misfit.format + ".";
     if (misfit.firstMisfitNumber > 0)
-        text += "\nThe first that does not is line " + Count(misfit.firstMisfitNumber) + ": " + Safe(misfit.firstMisfit);
+        text +=
+            "\nThe first that does not is line " + Count(misfit.firstMisfitNumber) + ": " + Safe(misfit.firstMisfit);
     std::string names;
     for (std::size_t i = 0; i < misfit.wouldFit.size() && i < kShownFormats; ++i)
         names += (i > 0 ? ", " : "") + misfit.wouldFit[i];

@@ -1,9 +1,10 @@
 #include "cli/commands.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <unistd.h>
 
 #include "cli/output.h"
 #include "cli/suggest.h"
@@ -49,7 +50,8 @@ CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<st
 }
 
 void AddSwitch(CLI::App& command, const std::string& name, std::optional<bool>& value, const std::string& help) {
-    command.add_flag_callback("--" + name, [&value] { value = true; }, help + "; --no-" + name + ": not");
+    command.add_flag_callback(
+        "--" + name, [&value] { value = true; }, help + "; --no-" + name + ": not");
     command.add_flag_callback("--no-" + name, [&value] { value = false; })->group("");
 }
 
@@ -74,11 +76,13 @@ const std::string& Choice(const std::string& option, const std::string& value, c
 std::string AbsolutePath(const std::string& path) {
     if (path.empty()) throw UsageError("A file name is empty.");
     if (path == "-")
-        throw UsageError("Standard input (-) cannot be read as a log: the file's first and last lines are looked at before it is "
-                         "read. Save it to a file and name that.");
+        throw UsageError(
+            "Standard input (-) cannot be read as a log: the file's first and last lines are looked at before it is "
+            "read. Save it to a file and name that.");
     if (path.front() == '/') return path;
     std::array<char, PATH_MAX> here{};
-    if (::getcwd(here.data(), here.size()) == nullptr) throw Failure("The working folder cannot be read. Give full paths.");
+    if (::getcwd(here.data(), here.size()) == nullptr)
+        throw Failure("The working folder cannot be read. Give full paths.");
     return std::string(here.data()) + (std::string_view(here.data()).ends_with('/') ? "" : "/") + path;
 }
 
@@ -87,11 +91,13 @@ void CheckSectionName(const std::string& what, const std::string& name) {
         throw UsageError(what + " needs a name without blanks at its ends.");
     if (name.size() > kLongestName)
         throw UsageError("The name of " + what + " can have at most " + std::to_string(kLongestName) + " bytes.");
-    const bool control = std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; });
+    const bool control =
+        std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; });
     if (control || name.find_first_of("|[]\"") != std::string::npos)
         throw UsageError("The name of " + what + " cannot hold | [ ] \" or control characters.");
     for (const char* taken : {"Main", "Filters"})
-        if (core::fEquals(name, taken, core::Case::Ignore)) throw UsageError("\"" + name + "\" is taken. Choose another name.");
+        if (core::fEquals(name, taken, core::Case::Ignore))
+            throw UsageError("\"" + name + "\" is taken. Choose another name.");
     for (const char* start : {"AltNo.", "SplitEntry."})
         if (core::fStartsWith(name, start, core::Case::Ignore))
             throw UsageError("A name cannot begin with \"" + std::string(start) + "\".");

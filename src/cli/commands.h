@@ -23,7 +23,8 @@ CLI::App* NewCommand(CLI::App& parent, const std::string& name, const std::strin
 // A family of commands, one of which must be named.
 CLI::App* NewFamily(CLI::App& parent, const std::string& name, const std::string& help);
 
-// Arguments in brackets keep their commas. All text options are made with these, since ShieldArguments marks such texts.
+// Arguments in brackets keep their commas. All text options are made with these, since ShieldArguments marks such
+// texts.
 CLI::Option* AddText(CLI::App& command, const std::string& name, std::string& value, const std::string& help);
 CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<std::string>& values,
                       const std::string& help);
@@ -31,7 +32,8 @@ CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<st
 void AddSwitch(CLI::App& command, const std::string& name, std::optional<bool>& value, const std::string& help);
 std::vector<std::string> ShieldArguments(int count, char** arguments);
 
-// The value when it is one of the allowed; else wrong usage, with what would be valid. `later` come with a later version.
+// The value when it is one of the allowed; else wrong usage, with what would be valid. `later` come with a later
+// version.
 const std::string& Choice(const std::string& option, const std::string& value, const std::vector<std::string>& allowed,
                           const std::vector<std::string>& later = {});
 

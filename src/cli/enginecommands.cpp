@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "cli/commands.h"
 #include "cli/output.h"
@@ -90,15 +90,20 @@ std::vector<std::string> Given(const EngineArguments& arguments) {
         std::istringstream input(core::ToUtf8(read.text));
         AddLines(input, texts);
     }
-    if (texts.empty()) throw UsageError("No definition is given. Give some, or a file with --file; one looks like: 'http://*.finder.*/* ?q'");
+    if (texts.empty())
+        throw UsageError(
+            "No definition is given. Give some, or a file with --file; one looks like: 'http://*.finder.*/* ?q'");
     return texts;
 }
 
 // Definitions are named whole, or by the pattern of their pages.
-std::vector<std::string> Without(const std::vector<std::string>& definitions, const std::vector<std::string>& unwanted) {
+std::vector<std::string> Without(const std::vector<std::string>& definitions,
+                                 const std::vector<std::string>& unwanted) {
     std::vector<std::string> kept = definitions;
     for (const std::string& text : unwanted) {
-        const auto same = [&](const std::string& definition) { return definition == text || core::fBefore(definition, " ") == text; };
+        const auto same = [&](const std::string& definition) {
+            return definition == text || core::fBefore(definition, " ") == text;
+        };
         if (std::erase_if(kept, same) == 0)
             throw UsageError("There is no such definition: " + text + ". " + ValidAre(text, definitions, 4));
     }
@@ -108,14 +113,17 @@ std::vector<std::string> Without(const std::vector<std::string>& definitions, co
 int Set(Program& program, const EngineArguments& arguments) {
     if (arguments.add && arguments.remove) throw UsageError("--add and --remove exclude each other.");
     const std::vector<std::string> given = Given(arguments);
-    std::vector<std::string> definitions = arguments.add || arguments.remove ? Definitions(program) : std::vector<std::string>();
+    std::vector<std::string> definitions =
+        arguments.add || arguments.remove ? Definitions(program) : std::vector<std::string>();
     if (arguments.remove) {
         definitions = Without(definitions, given);
-        if (definitions.empty()) throw UsageError("The list would be empty, which brings the delivered one back. Keep at least one.");
+        if (definitions.empty())
+            throw UsageError("The list would be empty, which brings the delivered one back. Keep at least one.");
     } else {
         for (std::size_t i = 0; i < given.size(); ++i)
             if (const std::string fault = Fault(given[i]); !fault.empty())
-                throw UsageError("Definition " + std::to_string(i + 1) + " cannot be used, since " + fault + ": " + given[i]);
+                throw UsageError("Definition " + std::to_string(i + 1) + " cannot be used, since " + fault + ": " +
+                                 given[i]);
         for (const std::string& text : given)
             if (std::ranges::find(definitions, text) == definitions.end()) definitions.push_back(text);
     }
@@ -143,8 +151,10 @@ int Try(Program& program, const EngineArguments& arguments) {
         const std::string engine = found.found ? found.engine : found.isEngine ? "(engine, no term)" : "(none)";
         table.rows.push_back({engine, standard, found.term, referrer});
     }
-    if (arguments.json) PrintJson(list);
-    else PrintTable(table);
+    if (arguments.json)
+        PrintJson(list);
+    else
+        PrintTable(table);
     return 0;
 }
 
@@ -166,7 +176,8 @@ void AddEngineCommands(CLI::App& root, Program& program) {
     set->add_flag("--remove", arguments->remove, "Take these off the list (the pattern is enough)");
     set->callback([=, &program] { program.run = [=, &program] { return Set(program, *arguments); }; });
 
-    CLI::App* trial = NewCommand(*family, "try", "Engine and term of referrers", "engine try 'https://www.google.com/search?q=red+shoes'");
+    CLI::App* trial = NewCommand(*family, "try", "Engine and term of referrers",
+                                 "engine try 'https://www.google.com/search?q=red+shoes'");
     AddTexts(*trial, "REFERRER", arguments->texts, "Referrers as the log has them")->required();
     trial->add_flag("--json", arguments->json, "As JSON");
     trial->callback([=, &program] { program.run = [=, &program] { return Try(program, *arguments); }; });

@@ -80,9 +80,12 @@ int List(Program& program, const FilterArguments& arguments) {
         list.push_back({{"name", name}, {"inUse", inUse}, {"description", text}});
         table.rows.push_back({inUse ? "*" : "", name, text});
     }
-    if (arguments.json) PrintJson(list);
-    else if (table.rows.empty()) PrintError("The family " + family.word + " has no condition yet.");
-    else PrintTable(table);
+    if (arguments.json)
+        PrintJson(list);
+    else if (table.rows.empty())
+        PrintError("The family " + family.word + " has no condition yet.");
+    else
+        PrintTable(table);
     return 0;
 }
 
@@ -106,14 +109,17 @@ int Show(Program& program, const FilterArguments& arguments) {
         const logdefs::StoredRule stored = logdefs::FltrRuleRead(program.Ini(), rule, family.file);
         const std::string field = FieldWord(stored.colType);
         const std::string op = OperatorWord(stored.rule.Typ);
-        rules.push_back({{"name", rule}, {"field", field}, {"op", op}, {"value", stored.rule.Val}, {"matchCase", stored.rule.MC}});
+        rules.push_back(
+            {{"name", rule}, {"field", field}, {"op", op}, {"value", stored.rule.Val}, {"matchCase", stored.rule.MC}});
         table.rows.push_back({rule, field, op, stored.rule.Val, stored.rule.MC ? "yes" : "no"});
     }
     if (arguments.json) {
-        PrintJson({{"name", name}, {"multiple", condition.multiple}, {"any", condition.any}, {"rules", std::move(rules)}});
+        PrintJson(
+            {{"name", name}, {"multiple", condition.multiple}, {"any", condition.any}, {"rules", std::move(rules)}});
         return 0;
     }
-    if (condition.multiple) Print(condition.any ? "Any of these rules is enough:\n" : "All of these rules must hold:\n");
+    if (condition.multiple)
+        Print(condition.any ? "Any of these rules is enough:\n" : "All of these rules must hold:\n");
     PrintTable(table);
     return 0;
 }
@@ -123,7 +129,8 @@ logdefs::StoredRule RuleOf(const FilterArguments& arguments) {
     for (const logdefs::ColTypeRow& row : logdefs::kColTypes) fields.emplace_back(row.word);
     for (const logdefs::OperatorRow& row : logdefs::kOperators) operators.emplace_back(row.word);
     if (arguments.field.empty() || arguments.op.empty())
-        throw UsageError("A rule needs --field and --op. " + ValidAre("", arguments.field.empty() ? fields : operators));
+        throw UsageError("A rule needs --field and --op. " +
+                         ValidAre("", arguments.field.empty() ? fields : operators));
     Choice("--field", arguments.field, fields);
     Choice("--op", arguments.op, operators);
     logdefs::StoredRule stored;
@@ -131,7 +138,8 @@ logdefs::StoredRule RuleOf(const FilterArguments& arguments) {
     stored.rule.Typ = std::ranges::find(logdefs::kOperators, arguments.op, &logdefs::OperatorRow::word)->type;
     stored.rule.Val = arguments.value;
     stored.rule.MC = arguments.matchCase;
-    if (!arguments.hasValue && stored.rule.Typ != logdefs::kIsNumber) throw UsageError("--op " + arguments.op + " needs --value.");
+    if (!arguments.hasValue && stored.rule.Typ != logdefs::kIsNumber)
+        throw UsageError("--op " + arguments.op + " needs --value.");
     if (!core::IsUtf8(arguments.value)) throw UsageError("--value must be UTF-8 text.");
     if (stored.rule.Typ == logdefs::kLess) PrintError("Note: less-than is stored, and is never true.");
     return stored;
@@ -139,14 +147,18 @@ logdefs::StoredRule RuleOf(const FilterArguments& arguments) {
 
 // Names of single rules, as they are listed.
 std::string RuleList(Program& program, const Family& family, const FilterArguments& arguments) {
-    if (family.allApply) throw UsageError("Conditions of robots are single rules, each of which applies: --rule goes with main and components.");
+    if (family.allApply)
+        throw UsageError(
+            "Conditions of robots are single rules, each of which applies: --rule goes with main and components.");
     if (arguments.any == arguments.all) throw UsageError("A condition of several rules needs either --any or --all.");
     std::vector<std::string> names;
     for (const std::string& given : arguments.rules) {
         const std::string name = Known(program, family, given);
         if (logdefs::FltrCndnRead(program.Ini(), name, family.file).multiple)
-            throw UsageError("\"" + name + "\" is itself a condition of several rules; only single rules can be put together.");
-        if (core::fEquals(name, arguments.name, core::Case::Ignore)) throw UsageError("A condition cannot hold itself: " + name);
+            throw UsageError("\"" + name +
+                             "\" is itself a condition of several rules; only single rules can be put together.");
+        if (core::fEquals(name, arguments.name, core::Case::Ignore))
+            throw UsageError("A condition cannot hold itself: " + name);
         names.push_back(name);
     }
     return core::CDSOf(names);
@@ -180,7 +192,8 @@ int Set(Program& program, const FilterArguments& arguments) {
             throw UsageError("\"" + arguments.name + "\" is a rule of \"" + user + "\" and must stay a single rule.");
         ini.IniEraseSection(arguments.name, family.file, core::OnFail::Ignore);
         Written(ini.IniPutWhole(arguments.name, "CDSCndns", list, family.file) &&
-                    ini.IniPutBool(arguments.name, "Any", arguments.any, family.file), family);
+                    ini.IniPutBool(arguments.name, "Any", arguments.any, family.file),
+                family);
     }
     const std::string names = ini.IniGet(kSection, family.listKey, family.file);
     const core::CDSAdded added = core::CDSAdd(names, arguments.name, {}, 2);
@@ -194,7 +207,10 @@ int Set(Program& program, const FilterArguments& arguments) {
 int Select(Program& program, const FilterArguments& arguments) {
     core::FileLock lock;
     const Family family = FamilyOf(program, arguments.family, &lock);
-    if (family.allApply) throw UsageError("All conditions of robots apply; none is selected. Take one off with: corvane-cli filter remove robots NAME");
+    if (family.allApply)
+        throw UsageError(
+            "All conditions of robots apply; none is selected. Take one off with: corvane-cli filter remove robots "
+            "NAME");
     const std::string name = Known(program, family, arguments.name);
     Written(program.Ini().IniPut(kSection, kSelected, name, family.file), family);
     Print("In use now: " + Safe(name) + ": " + Safe(logdefs::FltrCndnText(program.Ini(), name, family.file)) + "\n");
@@ -206,22 +222,27 @@ int Remove(Program& program, const FilterArguments& arguments) {
     const Family family = FamilyOf(program, arguments.family, &lock);
     const std::string name = Known(program, family, arguments.name);
     if (const std::string user = UsedBy(program, family, name); !user.empty())
-        throw UsageError("\"" + name + "\" is a rule of \"" + user + "\". Set that one anew without it, or remove it first.");
+        throw UsageError("\"" + name + "\" is a rule of \"" + user +
+                         "\". Set that one anew without it, or remove it first.");
     core::IniStore& ini = program.Ini();
     const std::string names = ini.IniGet(kSection, family.listKey, family.file);
     const bool selected = core::fEquals(Selected(program, family), name, core::Case::Ignore);
     if (selected) Written(ini.IniPut(kSection, kSelected, "", family.file), family);
-    Written(ini.IniPutWhole(kSection, family.listKey, core::CDSRemove(names, name, {}, core::Case::Ignore).list, family.file) &&
-                ini.IniEraseSection(name, family.file), family);
+    Written(ini.IniPutWhole(kSection, family.listKey, core::CDSRemove(names, name, {}, core::Case::Ignore).list,
+                            family.file) &&
+                ini.IniEraseSection(name, family.file),
+            family);
     Print("Removed: " + Safe(name) + "\n");
-    if (selected) PrintError("It was the one in use; none is now. Choose one with: corvane-cli filter select " + family.word + " NAME");
+    if (selected)
+        PrintError("It was the one in use; none is now. Choose one with: corvane-cli filter select " + family.word +
+                   " NAME");
     return 0;
 }
 
 using Command = int (*)(Program&, const FilterArguments&);
 
-CLI::App* AddOne(CLI::App& family, Program& program, const std::shared_ptr<FilterArguments>& arguments, const char* name,
-                 const char* help, const char* example, Command command) {
+CLI::App* AddOne(CLI::App& family, Program& program, const std::shared_ptr<FilterArguments>& arguments,
+                 const char* name, const char* help, const char* example, Command command) {
     CLI::App* app = NewCommand(family, name, help, example);
     AddText(*app, "FAMILY", arguments->family, "main, components or robots")->required();
     app->callback([=, &program] { program.run = [=, &program] { return command(program, *arguments); }; });
@@ -233,28 +254,37 @@ CLI::App* AddOne(CLI::App& family, Program& program, const std::shared_ptr<Filte
 void AddFilterCommands(CLI::App& root, Program& program) {
     CLI::App* family = NewFamily(root, "filter", "Filters of an add: list, show, set, select, remove");
     auto arguments = std::make_shared<FilterArguments>();
-    const auto name = [&](CLI::App* app) { AddText(*app, "NAME", arguments->name, "Name of the condition")->required(); };
+    const auto name = [&](CLI::App* app) {
+        AddText(*app, "NAME", arguments->name, "Name of the condition")->required();
+    };
 
-    CLI::App* list = AddOne(*family, program, arguments, "list", "Conditions of a family; * marks those in use", "filter list robots", List);
+    CLI::App* list = AddOne(*family, program, arguments, "list", "Conditions of a family; * marks those in use",
+                            "filter list robots", List);
     list->add_flag("--json", arguments->json, "As JSON");
-    CLI::App* show = AddOne(*family, program, arguments, "show", "The rules of a condition", "filter show components 20260901.1", Show);
+    CLI::App* show = AddOne(*family, program, arguments, "show", "The rules of a condition",
+                            "filter show components 20260901.1", Show);
     name(show);
     show->add_flag("--json", arguments->json, "As JSON");
 
     CLI::App* set = AddOne(*family, program, arguments, "set", "Store a rule, or a condition of several rules",
                            "filter set main \"Shop pages\" --field file --op starts-with --value /shop/\n"
-                           "  corvane-cli filter set main Both --rule \"Shop pages\" --rule German --all", Set);
+                           "  corvane-cli filter set main Both --rule \"Shop pages\" --rule German --all",
+                           Set);
     name(set);
     AddText(*set, "--field", arguments->field, "referrer, file, agent or status");
     AddText(*set, "--op", arguments->op, "starts-with, contains, equals, greater-than, less-than or is-number");
-    AddText(*set, "--value", arguments->value, "Text to compare with")->each([arguments](const std::string&) { arguments->hasValue = true; });
+    AddText(*set, "--value", arguments->value, "Text to compare with")->each([arguments](const std::string&) {
+        arguments->hasValue = true;
+    });
     set->add_flag("--match-case", arguments->matchCase, "Capital and small letters differ");
     AddTexts(*set, "--rule", arguments->rules, "Name of a rule of the condition (repeat it)")->expected(1)->take_all();
     set->add_flag("--any", arguments->any, "One satisfied rule is enough");
     set->add_flag("--all", arguments->all, "All rules must hold");
 
-    name(AddOne(*family, program, arguments, "select", "Choose the condition that an add uses", "filter select main \"Shop pages\"", Select));
-    name(AddOne(*family, program, arguments, "remove", "Remove a condition", "filter remove robots examplebot", Remove));
+    name(AddOne(*family, program, arguments, "select", "Choose the condition that an add uses",
+                "filter select main \"Shop pages\"", Select));
+    name(
+        AddOne(*family, program, arguments, "remove", "Remove a condition", "filter remove robots examplebot", Remove));
 }
 
 }  // namespace cli

@@ -46,8 +46,10 @@ int List(Program& program, bool json) {
         list.push_back({{"name", name}, {"specs", specs}});
         table.rows.push_back({name, specs.empty() ? "" : specs.front()});
     }
-    if (json) PrintJson(list);
-    else PrintTable(table);
+    if (json)
+        PrintJson(list);
+    else
+        PrintTable(table);
     return 0;
 }
 
@@ -66,9 +68,11 @@ int Set(Program& program, const FormatArguments& arguments) {
     CheckSectionName("a log format", arguments.name);
     for (const std::string& spec : arguments.texts) {
         if (!core::IsUtf8(spec)) throw UsageError("A specification must be UTF-8 text: " + spec);
-        if (spec.find('%') == std::string::npos) throw UsageError("A specification without a placeholder (%) fits no line: " + spec);
+        if (spec.find('%') == std::string::npos)
+            throw UsageError("A specification without a placeholder (%) fits no line: " + spec);
     }
-    const auto wrong = logdefs::LogFmtStore(program.Ini(), arguments.name, arguments.texts, program.Session().ProgramFiles().formats);
+    const auto wrong =
+        logdefs::LogFmtStore(program.Ini(), arguments.name, arguments.texts, program.Session().ProgramFiles().formats);
     if (wrong) throw UsageError(*wrong);
     Print("Log format \"" + Safe(arguments.name) + "\" is stored.\n");
     return 0;
@@ -95,10 +99,12 @@ ordered_json TrialJson(const adddata::FormatTrial& trial) {
 }
 
 void PrintTrial(const adddata::FormatTrial& trial) {
-    std::string text = Safe(trial.format) + ": " + std::to_string(trial.fit) + " of the first " + std::to_string(trial.lines) +
-                       " lines fit (" + core::fFormat(Share(trial) * 100, "0.0") + " %).\n";
+    std::string text = Safe(trial.format) + ": " + std::to_string(trial.fit) + " of the first " +
+                       std::to_string(trial.lines) + " lines fit (" + core::fFormat(Share(trial) * 100, "0.0") +
+                       " %).\n";
     if (trial.firstMisfitNumber > 0)
-        text += "The first that does not is line " + std::to_string(trial.firstMisfitNumber) + ": " + Safe(trial.firstMisfit) + "\n";
+        text += "The first that does not is line " + std::to_string(trial.firstMisfitNumber) + ": " +
+                Safe(trial.firstMisfit) + "\n";
     Print(text);
     for (const auto& fields : trial.samples) {
         TextTable table{{{""}, {""}}, {}};
@@ -114,17 +120,21 @@ int TryOne(Program& program, const FormatArguments& arguments, const std::string
     const logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(program.Ini(), name, formats);
     if (!loaded.found) RefuseName(program, name);
     adddata::FormatTrial trial;
-    if (const core::Result tried = adddata::TryFormat(file, name, loaded.format, kSamples, trial); !tried) throw Failure(tried.error);
+    if (const core::Result tried = adddata::TryFormat(file, name, loaded.format, kSamples, trial); !tried)
+        throw Failure(tried.error);
     for (const std::string& warning : loaded.format.Warnings()) PrintError(warning);
-    if (arguments.json) PrintJson(TrialJson(trial));
-    else PrintTrial(trial);
+    if (arguments.json)
+        PrintJson(TrialJson(trial));
+    else
+        PrintTrial(trial);
     return trial.fit > 0 ? 0 : kFailed;
 }
 
 int TryAll(Program& program, bool json, const std::string& file) {
     std::vector<adddata::FormatTrial> trials;
     const std::string formats = program.Session().ProgramFiles().formats;
-    if (const core::Result tried = adddata::TryAllFormats(program.Ini(), formats, file, trials); !tried) throw Failure(tried.error);
+    if (const core::Result tried = adddata::TryAllFormats(program.Ini(), formats, file, trials); !tried)
+        throw Failure(tried.error);
     if (json) {
         ordered_json list = ordered_json::array();
         for (const adddata::FormatTrial& trial : trials) list.push_back(TrialJson(trial));
@@ -157,7 +167,8 @@ void AddFormatCommands(CLI::App& root, Program& program) {
     list->add_flag("--json", arguments->json, "As JSON");
     list->callback([=, &program] { program.run = [=, &program] { return List(program, arguments->json); }; });
 
-    CLI::App* show = NewCommand(*family, "show", "The specifications of a format, one per line", "format show apache-combined");
+    CLI::App* show =
+        NewCommand(*family, "show", "The specifications of a format, one per line", "format show apache-combined");
     AddText(*show, "NAME", arguments->name, "Name of the format")->required();
     show->add_flag("--json", arguments->json, "As JSON");
     show->callback([=, &program] { program.run = [=, &program] { return Show(program, *arguments); }; });
@@ -168,8 +179,9 @@ void AddFormatCommands(CLI::App& root, Program& program) {
     AddTexts(*set, "SPEC", arguments->texts, "Specifications")->required();
     set->callback([=, &program] { program.run = [=, &program] { return Set(program, *arguments); }; });
 
-    CLI::App* trial = NewCommand(*family, "try", "How well a format fits the first lines of a file; without NAME all are tried",
-                                 "format try apache-combined access.log");
+    CLI::App* trial =
+        NewCommand(*family, "try", "How well a format fits the first lines of a file; without NAME all are tried",
+                   "format try apache-combined access.log");
     AddTexts(*trial, "NAME FILE", arguments->texts, "[NAME] FILE")->required()->expected(1, 2)->type_name("");
     trial->add_flag("--json", arguments->json, "As JSON");
     trial->callback([=, &program] { program.run = [=, &program] { return Try(program, *arguments); }; });

@@ -26,9 +26,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 
 void Remember(int number) { signalSeen.store(number); }
 
-double Seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
+double Seconds() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
 // They stand in the list of errors too, with what to do.
 constexpr std::array<std::string_view, 3> kToldLater{"LogFileEmpty", "LogFileNoValidLines", "LogFileEndsCorrupt"};
@@ -38,8 +36,10 @@ struct OptionRow {
     std::string_view options;
 };
 constexpr std::array kOptionOf{
-    OptionRow{"LogLnInvalid", "--invalid skip (leave such lines out) or --invalid stop (leave out the rest of that file)"},
-    OptionRow{"ConfirmOverlap", "--overlap add (add the file, identical lines are left out) or --overlap skip (leave it out)"},
+    OptionRow{"LogLnInvalid",
+              "--invalid skip (leave such lines out) or --invalid stop (leave out the rest of that file)"},
+    OptionRow{"ConfirmOverlap",
+              "--overlap add (add the file, identical lines are left out) or --overlap skip (leave it out)"},
 };
 
 bool DumbTerminal() {

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -26,8 +25,9 @@ void SetUp(CLI::App& root, cli::Program& program) {
     root.set_help_all_flag("--help-all", "Help on all commands");
     cli::AddText(root, "--home", program.home, "Data home (default: $CORVANE_HOME, $XDG_DATA_HOME/corvane)");
     cli::AddText(root, "--site", program.site, "Name of the site (default: the current one)");
-    root.footer("Help on a command:  corvane-cli COMMAND --help\n"
-                "Exit status: 0 done, 1 failed, 2 wrong usage, 3 stopped by the user, 130 on Ctrl-C.");
+    root.footer(
+        "Help on a command:  corvane-cli COMMAND --help\n"
+        "Exit status: 0 done, 1 failed, 2 wrong usage, 3 stopped by the user, 130 on Ctrl-C.");
     cli::AddSiteCommands(root, program);
     cli::AddAddCommands(root, program);
     cli::AddReportCommands(root, program);

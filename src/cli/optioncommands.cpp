@@ -50,7 +50,8 @@ constexpr std::array kOptions{
     OptionKey{"ShowClickThru", kLast, OptionKind::Flag, "collect the pages that followed"},
     OptionKey{"SepQuery", kLast, OptionKind::Flag, "pages with another query are separate values"},
     OptionKey{"SepFrag", kLast, OptionKind::Flag, "pages with another fragment are separate values"},
-    OptionKey{"CDSNoCntSurfToFileTypes", kLast, OptionKind::Text, "file types that are not counted at all, parted by |"},
+    OptionKey{"CDSNoCntSurfToFileTypes", kLast, OptionKind::Text,
+              "file types that are not counted at all, parted by |"},
     OptionKey{"CDSCntAsPageForAvgPages", kLast, OptionKind::Text, "file types that count for the average, parted by |"},
     OptionKey{"ShowOnlySelSiteArea", kLast, OptionKind::Flag, "analyse one site area alone"},
     OptionKey{"ParmShowOnlySelSiteArea", kLast, OptionKind::Text, "name of that area"},
@@ -59,7 +60,8 @@ constexpr std::array kOptions{
     OptionKey{"LstTgts", kLast, OptionKind::Text, "the targets, parted by |"},
     OptionKey{"MemMin", kLast, OptionKind::Flag, "analyse with little memory"},
     OptionKey{"MemHi", kLast, OptionKind::Flag, "analyse with much memory"},
-    OptionKey{"LmtVisitLines", kDef, OptionKind::Number, "lines of one visitor from which on it is a robot, 0: no limit"},
+    OptionKey{"LmtVisitLines", kDef, OptionKind::Number,
+              "lines of one visitor from which on it is a robot, 0: no limit"},
     OptionKey{"domain", kDef, OptionKind::Text, "the site's own host"},
     OptionKey{"Skip404", kDef, OptionKind::Flag, "leave out lines with status 400 to 599"},
     OptionKey{"RemQuery", kDef, OptionKind::Flag, "cut the query off page names"},
@@ -92,10 +94,11 @@ std::string FlagValue(const OptionKey& option, const std::string& value) {
 }
 
 std::string NumberValue(const OptionKey& option, const std::string& value) {
-    const bool digits = !value.empty() && value.size() <= 9 &&
-                        std::ranges::all_of(value, [](char c) { return c >= '0' && c <= '9'; });
+    const bool digits =
+        !value.empty() && value.size() <= 9 && std::ranges::all_of(value, [](char c) { return c >= '0' && c <= '9'; });
     if (digits) return std::to_string(core::ToLong(core::fNum(value)));
-    throw UsageError(std::string(option.key) + " cannot be \"" + value + "\". Valid is a whole number from 0 to 999999999.");
+    throw UsageError(std::string(option.key) + " cannot be \"" + value +
+                     "\". Valid is a whole number from 0 to 999999999.");
 }
 
 std::string DatesValue(const OptionKey& option, const std::string& value) {
@@ -109,7 +112,8 @@ std::string DatesValue(const OptionKey& option, const std::string& value) {
 }
 
 std::string FormatValue(Program& program, const std::string& value) {
-    const std::vector<std::string> names = logdefs::LogFmtNames(program.Ini(), program.Session().ProgramFiles().formats);
+    const std::vector<std::string> names =
+        logdefs::LogFmtNames(program.Ini(), program.Session().ProgramFiles().formats);
     for (const std::string& name : names)
         if (core::fEquals(name, value, core::Case::Ignore)) return name;
     throw UsageError("There is no log format \"" + value + "\". " + ValidAre(value, names));
@@ -117,13 +121,18 @@ std::string FormatValue(Program& program, const std::string& value) {
 
 std::string Checked(Program& program, const OptionKey& option, const std::string& value) {
     switch (option.kind) {
-        case OptionKind::Flag: return FlagValue(option, value);
-        case OptionKind::Number: return NumberValue(option, value);
-        case OptionKind::Dates: return DatesValue(option, value);
-        case OptionKind::Format: return FormatValue(program, value);
+        case OptionKind::Flag:
+            return FlagValue(option, value);
+        case OptionKind::Number:
+            return NumberValue(option, value);
+        case OptionKind::Dates:
+            return DatesValue(option, value);
+        case OptionKind::Format:
+            return FormatValue(program, value);
         case OptionKind::Fixed:
             throw UsageError(std::string(option.key) + " cannot be changed: it is " + std::string(option.help) + ".");
-        default: break;
+        default:
+            break;
     }
     if (!core::IsUtf8(value)) throw UsageError(std::string(option.key) + " must be UTF-8 text.");
     return value;
@@ -153,12 +162,16 @@ int List(Program& program, bool json) {
     for (const OptionKey& option : kOptions) {
         const std::string& file = FileOf(option, site);
         const std::string value = program.Ini().IniGet("Main", option.key, file);
-        list.push_back({{"key", option.key}, {"value", value}, {"file", core::fNameOf(file)}, {"meaning", option.help}});
+        list.push_back(
+            {{"key", option.key}, {"value", value}, {"file", core::fNameOf(file)}, {"meaning", option.help}});
         constexpr int kShownValue = 30;
-        table.rows.push_back({std::string(option.key), CutToWidth(Safe(value), kShownValue), core::fNameOf(file), std::string(option.help)});
+        table.rows.push_back({std::string(option.key), CutToWidth(Safe(value), kShownValue), core::fNameOf(file),
+                              std::string(option.help)});
     }
-    if (json) PrintJson(list);
-    else PrintTable(table);
+    if (json)
+        PrintJson(list);
+    else
+        PrintTable(table);
     return 0;
 }
 

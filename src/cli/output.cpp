@@ -23,10 +23,11 @@ struct LetterRange {
 constexpr std::array kNoWidth{LetterRange{0x300, 0x36F},   LetterRange{0x483, 0x489},   LetterRange{0x591, 0x5BD},
                               LetterRange{0x610, 0x61A},   LetterRange{0x64B, 0x65F},   LetterRange{0x200B, 0x200F},
                               LetterRange{0x20D0, 0x20F0}, LetterRange{0xFE00, 0xFE0F}, LetterRange{0xFE20, 0xFE2F}};
-constexpr std::array kDoubleWidth{LetterRange{0x1100, 0x115F},   LetterRange{0x2E80, 0x303E},   LetterRange{0x3041, 0xA4CF},
-                                  LetterRange{0xAC00, 0xD7A3},   LetterRange{0xF900, 0xFAFF},   LetterRange{0xFE30, 0xFE4F},
-                                  LetterRange{0xFF00, 0xFF60},   LetterRange{0xFFE0, 0xFFE6},   LetterRange{0x1F300, 0x1F64F},
-                                  LetterRange{0x1F900, 0x1F9FF}, LetterRange{0x20000, 0x3FFFD}};
+constexpr std::array kDoubleWidth{
+    LetterRange{0x1100, 0x115F},   LetterRange{0x2E80, 0x303E},  LetterRange{0x3041, 0xA4CF},
+    LetterRange{0xAC00, 0xD7A3},   LetterRange{0xF900, 0xFAFF},  LetterRange{0xFE30, 0xFE4F},
+    LetterRange{0xFF00, 0xFF60},   LetterRange{0xFFE0, 0xFFE6},  LetterRange{0x1F300, 0x1F64F},
+    LetterRange{0x1F900, 0x1F9FF}, LetterRange{0x20000, 0x3FFFD}};
 // They turn the direction of what follows, so that a line shows other than it is.
 constexpr std::array kTurning{LetterRange{0x200E, 0x200F}, LetterRange{0x202A, 0x202E}, LetterRange{0x2066, 0x2069}};
 
@@ -56,10 +57,14 @@ std::string Escape(std::string_view text, bool keepLineEnds) {
     for (std::size_t at = 0; at < text.size();) {
         const core::Letter letter = core::LetterAt(text, at);
         const bool noLetter = letter.length == 1 && static_cast<unsigned char>(text[at]) >= 128;
-        const bool control = letter.code < 32 || (letter.code >= 127 && letter.code < 160) || Within(kTurning, letter.code);
-        if (noLetter) AppendEscaped(safe, static_cast<unsigned char>(text[at]));
-        else if (control && !(keepLineEnds && (letter.code == '\n' || letter.code == '\r'))) AppendEscaped(safe, letter.code);
-        else safe.append(text, at, letter.length);
+        const bool control =
+            letter.code < 32 || (letter.code >= 127 && letter.code < 160) || Within(kTurning, letter.code);
+        if (noLetter)
+            AppendEscaped(safe, static_cast<unsigned char>(text[at]));
+        else if (control && !(keepLineEnds && (letter.code == '\n' || letter.code == '\r')))
+            AppendEscaped(safe, letter.code);
+        else
+            safe.append(text, at, letter.length);
         at += letter.length;
     }
     return safe;
@@ -73,32 +78,47 @@ std::string OneLine(std::string_view text) {
     std::string line;
     for (const char c : text) {
         if (c == '\r') continue;
-        if (c == '\n') line += "; ";
-        else line += c;
+        if (c == '\n')
+            line += "; ";
+        else
+            line += c;
     }
     while (line.ends_with("; ")) line.resize(line.size() - 2);
     return Safe(line);
 }
 
-std::vector<std::size_t> Widths(const TextTable& table, std::size_t room) {
-    std::vector<std::size_t> widths;
-    for (const TableColumn& column : table.columns) widths.push_back(static_cast<std::size_t>(ShownWidth(column.header)));
-    for (const auto& row : table.rows)
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], static_cast<std::size_t>(ShownWidth(row[i])));
-    if (room == 0 || widths.empty()) return widths;
+// Takes from the widest that is above its least width until the line fits or nothing can be taken.
+void Narrow(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least, std::size_t room) {
     std::size_t total = kGap * (widths.size() - 1);
     for (const std::size_t width : widths) total += width;
     while (total > room) {
-        const auto widest = std::ranges::max_element(widths);
-        if (*widest <= kNarrowest) break;
-        --*widest;
+        std::size_t widest = widths.size();
+        for (std::size_t i = 0; i < widths.size(); ++i)
+            if (widths[i] > least[i] && (widest == widths.size() || widths[i] > widths[widest])) widest = i;
+        if (widest == widths.size()) return;
+        --widths[widest];
         --total;
     }
+}
+
+// Headers give way before cells do.
+std::vector<std::size_t> Widths(const TextTable& table, std::size_t room) {
+    std::vector<std::size_t> cells(table.columns.size(), 0);
+    for (const auto& row : table.rows)
+        for (std::size_t i = 0; i < row.size(); ++i)
+            cells[i] = std::max(cells[i], static_cast<std::size_t>(ShownWidth(row[i])));
+    std::vector<std::size_t> widths = cells;
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        widths[i] = std::max(cells[i], static_cast<std::size_t>(ShownWidth(table.columns[i].header)));
+    if (room == 0 || widths.empty()) return widths;
+    for (std::size_t& width : cells) width = std::max(width, kNarrowest);
+    Narrow(widths, cells, room);
+    Narrow(widths, std::vector<std::size_t>(widths.size(), kNarrowest), room);
     return widths;
 }
 
-std::string Line(const std::vector<std::string>& cells, const TextTable& table, const std::vector<std::size_t>& widths) {
+std::string Line(const std::vector<std::string>& cells, const TextTable& table,
+                 const std::vector<std::size_t>& widths) {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const int width = static_cast<int>(widths[i]);
@@ -121,7 +141,8 @@ int WidthOf(int fd) {
 bool WantsBold() {
     const char* none = std::getenv("NO_COLOR");
     const char* terminal = std::getenv("TERM");
-    return OutputIsTerminal() && (none == nullptr || *none == '\0') && terminal != nullptr && std::string_view(terminal) != "dumb";
+    return OutputIsTerminal() && (none == nullptr || *none == '\0') && terminal != nullptr &&
+           std::string_view(terminal) != "dumb";
 }
 
 }  // namespace
@@ -131,8 +152,10 @@ std::string Safe(std::string_view text) { return Escape(text, false); }
 std::string SafeMessage(std::string_view text) {
     std::string lines;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\r') lines += text[i];
-        else if (i + 1 == text.size() || text[i + 1] != '\n') lines += '\n';
+        if (text[i] != '\r')
+            lines += text[i];
+        else if (i + 1 == text.size() || text[i + 1] != '\n')
+            lines += '\n';
     }
     return Escape(lines, true);
 }
@@ -144,8 +167,10 @@ void Print(std::string_view text) {
 }
 
 void PrintData(std::string_view text) {
-    if (OutputIsTerminal()) Print(Escape(text, true));
-    else Print(text);
+    if (OutputIsTerminal())
+        Print(Escape(text, true));
+    else
+        Print(text);
 }
 
 void PrintError(std::string_view message) { WriteAll(stderr, SafeMessage(message) + "\n"); }
@@ -191,7 +216,8 @@ std::string TableText(const TextTable& given, int width) {
     const bool bold = width > 0 && WantsBold();
     std::string text;
     if (std::ranges::any_of(headers, [](const std::string& header) { return !header.empty(); }))
-        text += (bold ? "\x1b[1m" : "") + CutToWidth(Line(headers, table, widths), width) + (bold ? "\x1b[0m" : "") + "\n";
+        text +=
+            (bold ? "\x1b[1m" : "") + CutToWidth(Line(headers, table, widths), width) + (bold ? "\x1b[0m" : "") + "\n";
     for (const auto& row : table.rows) text += CutToWidth(Line(row, table, widths), width) + "\n";
     return text;
 }

@@ -33,7 +33,8 @@ std::string Program::SiteFolder() {
     if (!folder.empty()) return folder;
     const std::vector<std::string> names = sites.Names();
     if (names.empty()) throw Failure(std::string(kNoSite));
-    if (site.empty()) throw Failure("No site is chosen. Choose one with: corvane-cli site select NAME. " + ValidAre("", names));
+    if (site.empty())
+        throw Failure("No site is chosen. Choose one with: corvane-cli site select NAME. " + ValidAre("", names));
     throw UsageError("There is no site of that name: " + site + ". " + ValidAre(site, names));
 }
 

@@ -71,7 +71,8 @@ void CheckArea(Program& program, const sitedb::Site& site, const std::string& ar
     const std::vector<std::string> names = analysis::Area_Names(program.Ini(), site);
     for (const std::string& name : names)
         if (core::fEquals(name, area, core::Case::Ignore)) return;
-    throw UsageError("There is no site area \"" + area + "\". " + (names.empty() ? "This site has none." : ValidAre(area, names)));
+    throw UsageError("There is no site area \"" + area + "\". " +
+                     (names.empty() ? "This site has none." : ValidAre(area, names)));
 }
 
 // The stored options, and over them what the call says. Nothing of it is stored.
@@ -106,12 +107,13 @@ std::vector<std::string> Headers(const reports::ReportGrid& grid) {
 std::string CsvText(const reports::ReportGrid& grid, bool safe) {
     const auto guard = safe ? dialogs::CsvGuard::Spreadsheet : dialogs::CsvGuard::Plain;
     std::string text = dialogs::CsvLine(Headers(grid), dialogs::CsvQuotes::Doubled, guard);
-    for (const reports::GridRow& row : grid.rows) text += dialogs::CsvLine(row.cells, dialogs::CsvQuotes::Doubled, guard);
+    for (const reports::GridRow& row : grid.rows)
+        text += dialogs::CsvLine(row.cells, dialogs::CsvQuotes::Doubled, guard);
     return text;
 }
 
-std::string GridJson(const reports::ReportGrid& grid, const analysis::SrchTrmData& results, const reports::FieldRow& field,
-                     reports::ReportKind kind) {
+std::string GridJson(const reports::ReportGrid& grid, const analysis::SrchTrmData& results,
+                     const reports::FieldRow& field, reports::ReportKind kind) {
     nlohmann::ordered_json rows = nlohmann::ordered_json::array();
     for (const reports::GridRow& row : grid.rows) rows.push_back(row.cells);
     return JsonText({{"field", field.word},
@@ -145,8 +147,10 @@ std::string GridTable(const reports::ReportGrid& grid, const analysis::SrchTrmDa
 
 void Write(const ReportArguments& arguments, const std::string& text) {
     if (arguments.output == "-") {
-        if (arguments.as == "csv") PrintData(text);
-        else Print(text);
+        if (arguments.as == "csv")
+            PrintData(text);
+        else
+            Print(text);
         return;
     }
     if (const core::Result written = core::WriteWhole(AbsolutePath(arguments.output), text); !written)
@@ -168,14 +172,18 @@ int Report(Program& program, const ReportArguments& arguments) {
     if (!outcome.results) {
         const sitedb::SiteFacts facts = sitedb::ReadSiteFacts(*site);
         PrintError(facts.visits == 0 ? "The site has no visits yet. Add a log with: corvane-cli add FILE"
-                                     : "The site has visits from " + DateText(facts.firstStamp) + " to " + DateText(facts.lastStamp) + ".");
+                                     : "The site has visits from " + DateText(facts.firstStamp) + " to " +
+                                           DateText(facts.lastStamp) + ".");
         return kFailed;
     }
     const reports::ReportGrid grid = reports::pShowReport(program.Env(), *outcome.results, kind, request.CntTopVals);
     if (grid.rows.empty() && !grid.messages.empty()) return kFailed;
-    if (arguments.as == "csv") Write(arguments, CsvText(grid, arguments.safe));
-    else if (arguments.as == "json") Write(arguments, GridJson(grid, *outcome.results, field, kind));
-    else Write(arguments, GridTable(grid, *outcome.results, arguments.output == "-" ? TerminalWidth() : 0));
+    if (arguments.as == "csv")
+        Write(arguments, CsvText(grid, arguments.safe));
+    else if (arguments.as == "json")
+        Write(arguments, GridJson(grid, *outcome.results, field, kind));
+    else
+        Write(arguments, GridTable(grid, *outcome.results, arguments.output == "-" ? TerminalWidth() : 0));
     return 0;
 }
 
@@ -206,8 +214,9 @@ void AddReportOptions(CLI::App& report, ReportArguments& arguments) {
 
 void AddReportCommands(CLI::App& root, Program& program) {
     auto arguments = std::make_shared<ReportArguments>();
-    CLI::App* report = NewCommand(root, "report", "Report on one field",
-                                  "report terms --kind top --top 20 --threshold 1 --from 2024-01-01 --as csv -o terms.csv");
+    CLI::App* report =
+        NewCommand(root, "report", "Report on one field",
+                   "report terms --kind top --top 20 --threshold 1 --from 2024-01-01 --as csv -o terms.csv");
     AddReportOptions(*report, *arguments);
     std::string words = "\nFields:";
     for (const reports::FieldRow& row : reports::kFieldTable)

@@ -34,9 +34,12 @@ int List(Program& program, bool json) {
         list.push_back({{"name", name}, {"folder", folder}, {"current", folder == current}});
         table.rows.push_back({folder == current ? "*" : "", name, folder});
     }
-    if (json) PrintJson(list);
-    else if (table.rows.empty()) PrintError("There is no site yet. Make one with: corvane-cli site create NAME");
-    else PrintTable(table);
+    if (json)
+        PrintJson(list);
+    else if (table.rows.empty())
+        PrintError("There is no site yet. Make one with: corvane-cli site create NAME");
+    else
+        PrintTable(table);
     return 0;
 }
 
@@ -92,8 +95,10 @@ int Show(Program& program, const std::string& name, bool json) {
     const auto site = program.OpenSite();
     const sitedb::SiteFacts facts = sitedb::ReadSiteFacts(*site);
     const std::string unfinished = site->UnfinishedAdd(program.Env());
-    if (json) PrintJson(SiteJson(*site, facts, unfinished));
-    else PrintTable(SiteTable(*site, facts, unfinished));
+    if (json)
+        PrintJson(SiteJson(*site, facts, unfinished));
+    else
+        PrintTable(SiteTable(*site, facts, unfinished));
     return 0;
 }
 
@@ -127,7 +132,8 @@ void AddCreate(CLI::App& family, Program& program) {
     CLI::App* create = NewCommand(family, "create", "Make a site and make it the current one",
                                   "site create \"My shop\" --no-skip-404 --remove-fragment");
     AddText(*create, "NAME", chosen->name, "Name of the site")->required();
-    AddSwitch(*create, "keep-extra", chosen->keepExtra, "Store agents, referrers and more of each line; cannot change later (default: yes)");
+    AddSwitch(*create, "keep-extra", chosen->keepExtra,
+              "Store agents, referrers and more of each line; cannot change later (default: yes)");
     AddSwitch(*create, "skip-404", chosen->skip404, "Leave out lines with status 400 to 599 (default: yes)");
     AddSwitch(*create, "remove-query", chosen->removeQuery, "Cut the query off page names (default: no)");
     AddSwitch(*create, "remove-fragment", chosen->removeFragment, "Cut the fragment off page names (default: no)");

@@ -28,7 +28,8 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 
 std::size_t Rank(const std::string& word, std::string_view candidate) {
     const std::string other = core::LowerUtf8(candidate.substr(0, kLongestWord));
-    const bool part = word.size() > 2 && (other.find(word) != std::string::npos || word.find(other) != std::string::npos);
+    const bool part =
+        word.size() > 2 && (other.find(word) != std::string::npos || word.find(other) != std::string::npos);
     return part ? 0 : Distance(word, other);
 }
 

@@ -18,42 +18,42 @@ StampRange DateRange(std::int32_t firstDay, std::int32_t lastDay) {
     return {DayDigits(firstDay), DayDigits(lastDay) + kOneDay - 1};
 }
 
-AnalysisRows::AnalysisRows(Database& db, StampRange range)
-    : select_(db.Prepare("SELECT StartPageID, VisitID, CDSClickFurtherPageIDs, CDSBytesClickFurtherPageIDs, StzdSearchTerm, "
-                         "NONSERefr, SearchEngine, StartLogLnID, StartTimeStamp, EndTimeStamp FROM visit "
-                         "WHERE StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY StartTimeStamp, VisitID")) {
+AnalysisRows::AnalysisRows(Database& db, StampRange range, AnalysisColumns columns)
+    : columns_(columns),
+      select_(db.Prepare("SELECT StartTimeStamp, VisitID, StartPageID, StzdSearchTerm, SearchEngine, CDSClickFurtherPageIDs" +
+                         std::string(columns.bytes ? ", CDSBytesClickFurtherPageIDs" : ", NULL") +
+                         std::string(columns.referrer ? ", NONSERefr" : ", NULL") +
+                         " FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY StartTimeStamp, VisitID")) {
     select_.Bind(1, range.from).Bind(2, range.to);
 }
 
 bool AnalysisRows::Next(AnalysisRow& row) {
     if (!select_.Step()) return false;
-    row.StartPageID = static_cast<std::int32_t>(select_.Int(0));
+    row.StartTimeStamp = select_.Int(0);
     row.VisitID = static_cast<std::int32_t>(select_.Int(1));
-    row.CDSClickFurtherPageIDs = select_.Text(2);
-    row.CDSBytesClickFurtherPageIDs = select_.Text(3);
-    row.StzdSearchTerm = select_.Text(4);
-    row.NonSErefr = select_.Text(5);
-    row.SearchEngine = select_.Text(6);
-    row.StartLogLnID = static_cast<std::int32_t>(select_.Int(7));
-    row.StartTimeStamp = select_.Int(8);
-    row.EndTimeStamp = select_.Int(9);
+    row.StartPageID = static_cast<std::int32_t>(select_.Int(2));
+    row.StzdSearchTerm = select_.Text(3);
+    row.SearchEngine = select_.Text(4);
+    row.CDSClickFurtherPageIDs = select_.Text(5);
+    if (columns_.bytes) row.CDSBytesClickFurtherPageIDs = select_.Text(6);
+    if (columns_.referrer) row.NonSErefr = select_.Text(7);
     return true;
 }
 
 VisitSpan SpanOf(Database& db, StampRange range) {
-    VisitSpan span;
-    Statement count = db.Prepare("SELECT count(*) FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=?");
-    count.Bind(1, range.from).Bind(2, range.to);
-    if (count.Step()) span.count = count.Int(0);
-    const auto edge = [&](std::string_view sql) {
-        Statement query = db.Prepare(sql);
+    constexpr std::string_view kInRange = " FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? ";
+    const auto first = [&](std::string_view column, std::string_view tail) -> std::int64_t {
+        Statement query = db.Prepare("SELECT " + std::string(column) + std::string(kInRange) + std::string(tail));
         query.Bind(1, range.from).Bind(2, range.to);
         return query.Step() ? query.Int(0) : 0;
     };
-    span.firstStart = edge("SELECT StartTimeStamp FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? "
-                           "ORDER BY StartTimeStamp, VisitID LIMIT 1");
-    span.lastEnd = edge("SELECT EndTimeStamp FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? "
-                        "ORDER BY StartTimeStamp DESC, VisitID DESC LIMIT 1");
+    VisitSpan span;
+    span.firstStart = first("StartTimeStamp", "ORDER BY StartTimeStamp, VisitID LIMIT 1");
+    span.lastEnd = first("EndTimeStamp", "ORDER BY StartTimeStamp DESC, VisitID DESC LIMIT 1");
+    // Counting the whole table looks at no row, so an open range costs nothing.
+    const bool whole = db.Scalar("SELECT min(StartTimeStamp) FROM visit") >= range.from &&
+                       db.Scalar("SELECT max(StartTimeStamp) FROM visit") <= range.to;
+    span.count = whole ? db.Scalar("SELECT count(*) FROM visit") : first("count(*)", "");
     return span;
 }
 

@@ -16,9 +16,12 @@ struct AnalysisRow {
     std::string_view StzdSearchTerm{};
     std::string_view NonSErefr{};
     std::string_view SearchEngine{};
-    std::int32_t StartLogLnID = 0;
     std::int64_t StartTimeStamp = 0;
-    std::int64_t EndTimeStamp = 0;
+};
+// What not every analysis looks at; a column that is not asked for is not read and stays empty.
+struct AnalysisColumns {
+    bool bytes = false;
+    bool referrer = false;
 };
 
 struct StampRange {
@@ -31,10 +34,11 @@ StampRange DateRange(std::int32_t firstDay, std::int32_t lastDay);
 // Forward pass over the visits of a range, in order of start time and number.
 class AnalysisRows {
 public:
-    AnalysisRows(Database& db, StampRange range);
+    AnalysisRows(Database& db, StampRange range, AnalysisColumns columns);
     bool Next(AnalysisRow& row);
 
 private:
+    AnalysisColumns columns_;
     Statement select_;
 };
 
