@@ -24,6 +24,11 @@ auto FilledFields(const FormatTrial& trial) {
     return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) { return field.text != "-"; });
 }
 
+// A field that holds "-" tells nothing: a layout that cuts one more of those is no better.
+std::ptrdiff_t FilledFields(const FormatTrial& trial) {
+    return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) { return field.text != "-"; });
+}
+
 void TakeLine(std::string_view line, const logdefs::LogFormat& format, std::size_t samples, FormatTrial& trial) {
     logdefs::LogLnFields fields;
     logdefs::LineClock clock;

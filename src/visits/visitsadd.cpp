@@ -168,7 +168,7 @@ std::int64_t Visits_EraseNonSE(sitedb::Database& db) {
 }
 
 void DeleteOverLimit(sitedb::Database& db, VisitsOutcome& outcome) {
-    db.Exec("DELETE FROM logline WHERE VisitID=-1");  // of an add that an older program left unfinished
+    db.Exec("DELETE FROM logline WHERE VisitID=-1");  // numbers over the limit that an unfinished add left
     outcome.linesIgnored += db.Changes();
     if (outcome.linesIgnored > 0)
         outcome.messages.push_back("Probable Bot. Total log lines ignored: " +

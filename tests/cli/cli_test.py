@@ -7,6 +7,7 @@ import json
 import os
 import pathlib
 import pty
+import select
 import shutil
 import signal
 import sqlite3
@@ -45,7 +46,8 @@ class CliCase(unittest.TestCase):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="corvane-cli-"))
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.home = self.folder / "home"
-        self.env = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "CORVANE_HOME": str(self.home), "TERM": "xterm"}
+        self.env = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "CORVANE_HOME": str(self.home),
+                    "TERM": "xterm"}
 
     def start(self, *arguments):
         return subprocess.Popen([PROGRAM, *arguments], env=self.env, cwd=self.folder, stdin=subprocess.DEVNULL,
@@ -54,7 +56,7 @@ class CliCase(unittest.TestCase):
     def run_cli(self, *arguments, status=0, text=None):
         done = subprocess.run([PROGRAM, *arguments], env=self.env, cwd=self.folder, timeout=60, capture_output=True,
                               **({"input": text.encode()} if text is not None else {"stdin": subprocess.DEVNULL}))
-        self.out, self.err = done.stdout.decode("utf-8", "surrogateescape"), done.stderr.decode("utf-8", "surrogateescape")
+        self.out, self.err = (text.decode("utf-8", "surrogateescape") for text in (done.stdout, done.stderr))
         self.assertEqual(done.returncode, status, f"{arguments}\n{self.out}\n{self.err}")
         return self.out
 
@@ -63,14 +65,21 @@ class CliCase(unittest.TestCase):
         return json.loads(self.run_cli(*arguments[:words], "--json", *arguments[words:], status=status))
 
     def on_terminal(self, *arguments, keys=b""):
-        """All that a terminal gets to see while these keys are pressed."""
+        """All that a terminal gets to see; the keys are pressed at the first question."""
         child, terminal = pty.fork()
         if child == 0:
-            os.chdir(self.folder)
-            os.execve(PROGRAM, [PROGRAM, *arguments], self.env)
-        os.write(terminal, keys)
+            try:
+                os.chdir(self.folder)
+                os.execve(PROGRAM, [PROGRAM, *arguments], self.env)
+            finally:
+                os._exit(127)
         seen = b""
         while True:
+            if keys and b"[y/n]" in seen:
+                os.write(terminal, keys)
+                keys = b""
+            if not select.select([terminal], [], [], 30)[0]:
+                os.kill(child, signal.SIGKILL)
             try:
                 part = os.read(terminal, 65536)
             except OSError:
@@ -98,10 +107,10 @@ class TheWholeRoad(CliCase):
     def test_log_to_report(self):
         log = self.write("access.log", shop_log())
         self.run_cli("--home", str(self.home), "site", "create", "My shop", "--keep-extra", "--no-skip-404")
-        added = self.run_json("add", "--format", "apache-combined", "--no-components", "--no-robots", "--invalid", "skip",
-                              "--overlap", "add", log)
+        added = self.run_json("add", "--format", "apache-combined", "--no-components", "--no-robots",
+                              "--invalid", "skip", "--overlap", "add", log)
         totals = added["totals"]
-        self.assertEqual((totals["AllLinesRead"], totals["AllLinesAdded"], totals["AllBots"], totals["AllComps"]), (7, 5, 1, 1))
+        self.assertEqual([totals["All" + name] for name in ("LinesRead", "LinesAdded", "Bots", "Comps")], [7, 5, 1, 1])
         file = added["files"][0]
         self.assertEqual((file["FileName"], file["FirstDate"], file["LastDate"]),
                          (log, "2024-03-01 00:00:00", "2024-03-01 00:00:30"))
@@ -127,7 +136,7 @@ class TheWholeRoad(CliCase):
         self.assertEqual(as_json["columns"], rows[0])
         self.assertIn("red shoes", self.run_cli("report", "terms", "--threshold", "1"))
         self.run_cli("report", "terms", "--threshold", "1", "--as", "csv", "--dist1", "-o", "out.csv")
-        self.assertEqual(list(csv.reader((self.folder / "out.csv").open(newline=""))), rows)
+        self.assertEqual(list(csv.reader(io.StringIO((self.folder / "out.csv").read_bytes().decode()))), rows)
         self.run_cli("compact")
 
     def test_options_hold_for_one_call_or_are_stored(self):
@@ -210,7 +219,8 @@ class BadInput(CliCase):
                 self.assertEqual(self.out, "")
 
     def test_every_command_has_help_with_an_example(self):
-        for command in ("add", "resume", "compact", "report", "site create", "format try", "engine set", "filter set", "option set"):
+        for command in ("add", "resume", "compact", "report", "site create", "format try", "engine set", "filter set",
+                        "option set"):
             self.assertIn("Example", self.run_cli(*command.split(), "--help"))
         self.assertIn("corvane-cli", self.run_cli("--version"))
 
@@ -274,7 +284,7 @@ class BadInput(CliCase):
         self.assertEqual(self.terminal_status, 0)
         self.assertEqual(self.run_json("site", "show")["counts"]["lines"], 2)
         self.on_terminal("add", log, keys=b"\x03")
-        self.assertIn(self.terminal_status, (-signal.SIGINT, 128 + signal.SIGINT))
+        self.assertEqual(self.terminal_status, 128 + signal.SIGINT)
 
 
 class Hostile(CliCase):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""model_flow.py CLI LOGGEN PARAMS [LOG...]: adds logs with the program and with the independent model beside it
+"""model_flow.py CLI LOGGEN [LOG...]: adds logs with the program and with the independent model beside it
 (tests/model), and compares every row of the four tables and every cell of the reports.
 
 Without LOGs it makes its own, hostile lines among them. With LOGs (combined format) it takes those instead.
@@ -85,8 +85,8 @@ def run(command, allowed=(0,)):
 
 
 class Flow:
-    def __init__(self, cli, folder, params):
-        self.cli, self.folder, self.params = cli, folder, params
+    def __init__(self, cli, folder):
+        self.cli, self.folder = cli, folder
         self.home = os.path.join(folder, "home")
         self.passed = self.failed = 0
 
@@ -159,13 +159,13 @@ class Flow:
 
 
 def main():
-    cli, loggen, params = (os.path.abspath(word) for word in sys.argv[1:4])
-    own_logs = [os.path.abspath(word) for word in sys.argv[4:]]
+    cli, loggen = (os.path.abspath(word) for word in sys.argv[1:3])
+    own_logs = [os.path.abspath(word) for word in sys.argv[3:]]
     passed = failed = 0
     for scenario in SCENARIOS:
         folder = tempfile.mkdtemp(prefix="corvane-flow-")
         try:
-            flow = Flow(cli, folder, params)
+            flow = Flow(cli, folder)
             flow.scenario(scenario, own_logs or make_logs(loggen, folder, scenario["seed"]))
             passed, failed = passed + flow.passed, failed + flow.failed
         finally:

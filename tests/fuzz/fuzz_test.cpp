@@ -1,16 +1,21 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <random>
 #include <string>
 
 #include "tests/fuzz/targets.h"
 
 namespace fuzz {
+
+static void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -84,7 +89,7 @@ bool Holds(const Target& target, const std::string& input) {
         target.run(bytes, input.size());
         return true;
     } catch (const std::exception& error) {
-        ADD_FAILURE() << target.name << ": " << error.what() << "\ninput: " << testing::PrintToString(input);
+        ADD_FAILURE() << target.name << ": " << error.what() << "\ninput: " << testing::PrintToString(input.substr(0, 2000));
         return false;
     }
 }
@@ -112,7 +117,7 @@ TEST_P(Fuzz, HoldsOnChangedInputs) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, Fuzz, testing::ValuesIn(kTargets),
-                         [](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
+                         [](const auto& target) { return std::string(target.param.name); });
 
 }  // namespace
 }  // namespace fuzz

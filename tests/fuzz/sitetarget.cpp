@@ -103,6 +103,7 @@ int RunSite(const std::uint8_t* data, std::size_t size) {
     core::Env env{ini, silent, silent, events, clock};
     const core::Paths paths(folder.Path(), PARAMS_DIR);
     sitedb::Sites sites(env, paths);
+    for (const char* made : {"/param", "/sites"}) Need(core::MakeDir(folder.Path() + made).ok, "no folder");
     const auto created = sites.Site_Create(OptionsOf(size > 0 ? data[0] : 0));
     Need(created.result.ok, created.result.error);
     sitedb::OpenFailure failure;

@@ -47,7 +47,15 @@ void CheckDates(double a, double b, double c) {
     core::fElapsedText(a, b);
 }
 
+// Beside a delimiter of several letters an item that begins or ends with one of them can't be told from it.
+bool Touches(const std::vector<std::string>& items, std::string_view delimiter) {
+    return delimiter.size() > 1 && std::ranges::any_of(items, [&](const std::string& item) {
+               return item.starts_with(delimiter.front()) || item.ends_with(delimiter.back());
+           });
+}
+
 void CheckList(const std::vector<std::string>& items, const core::CDSForm& form) {
+    if (Touches(items, form.delim)) return;
     std::string list;
     try {
         list = core::CDSJoin({1, items}, form, 1);
