@@ -17,7 +17,8 @@ logdefs::FilterSwitches SwitchesOf(core::Env& env, const logdefs::FilterFiles& f
     return switches;
 }
 
-logread::ReadRequest ReadRequestOf(const AddRequest& request, const ProgramFiles& program, logdefs::AddFilters filters) {
+logread::ReadRequest ReadRequestOf(const AddRequest& request, const ProgramFiles& program,
+                                   logdefs::AddFilters filters) {
     logread::ReadRequest read;
     read.files = request.files;
     read.formatFile = program.formats;
@@ -59,7 +60,8 @@ AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& pr
     outcome.warnings = filters.warnings;
     for (const std::string& warning : filters.warnings) env.user.Tell("FilterWithoutRule", warning);
     logread::ReadRequest read = ReadRequestOf(request, program, std::move(filters));
-    outcome.format = request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
+    outcome.format =
+        request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
     read.defaultFormat = outcome.format;
     outcome.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
     outcome.visitsWanted = WantsVisits(env, outcome.read);

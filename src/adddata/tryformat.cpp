@@ -19,14 +19,11 @@ std::vector<FormatTrial::Field> FieldsOf(const logdefs::LogLnFields& fields, log
     return shown;
 }
 
-// A "-" is how logs write that there is nothing.
+// A "-" is how logs write that there is nothing; a layout that cuts "- -" out as one field is no better.
 auto FilledFields(const FormatTrial& trial) {
-    return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) { return field.text != "-"; });
-}
-
-// A field that holds "-" tells nothing: a layout that cuts one more of those is no better.
-std::ptrdiff_t FilledFields(const FormatTrial& trial) {
-    return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) { return field.text != "-"; });
+    return std::ranges::count_if(trial.samples.front(), [](const FormatTrial::Field& field) {
+        return field.text.find_first_not_of("- ") != std::string::npos;
+    });
 }
 
 void TakeLine(std::string_view line, const logdefs::LogFormat& format, std::size_t samples, FormatTrial& trial) {

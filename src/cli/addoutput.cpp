@@ -14,6 +14,7 @@ using nlohmann::ordered_json;
 
 constexpr double kMostWhole = 9e15;
 constexpr std::size_t kShownFormats = 6;
+constexpr std::string_view kAllPrefix = "All";
 
 ordered_json Moment(double moment) {
     return moment == 0 ? ordered_json(nullptr) : ordered_json(core::FormatDate(moment, "yyyy-mm-dd hh:nn:ss"));
@@ -116,22 +117,24 @@ void PrintAddJson(const AddResult& result) {
     for (const Misfit& misfit : result.misfits) misfits.push_back(MisfitJson(misfit));
     std::vector<std::string> errors = result.errors;
     errors.insert(errors.end(), read.errors.begin(), read.errors.end());
-    PrintJson({{"site", result.site},
-               {"format", result.outcome.format},
-               {"status", result.status},
-               {"files", std::move(files)},
-               {"totals", TotalsJson(read.totals)},
-               {"visits", VisitsJson(visits)},
-               {"visitsMade", visits.visitsMade},
-               {"seconds",
-                {{"read", Rounded(read.seconds)},
-                 {"visits", Rounded(visits.buildSeconds)},
-                 {"compaction", Rounded(visits.compactSeconds)}}},
-               {"problems", std::move(problems)},
-               {"misfits", std::move(misfits)},
-               {"errors", ErrorsJson(std::move(errors), visits)},
-               {"warnings", result.outcome.warnings},
-               {"messages", visits.messages}});
+    const ordered_json totals = TotalsJson(read.totals);
+    ordered_json json{{"site", result.site}, {"format", result.outcome.format}, {"status", result.status}};
+    // Each total also under the name that its counter has in a file.
+    for (const auto& [name, value] : totals.items()) json[name.substr(kAllPrefix.size())] = value;
+    json.update({{"files", std::move(files)},
+                 {"totals", totals},
+                 {"visits", VisitsJson(visits)},
+                 {"visitsMade", visits.visitsMade},
+                 {"seconds",
+                  {{"read", Rounded(read.seconds)},
+                   {"visits", Rounded(visits.buildSeconds)},
+                   {"compaction", Rounded(visits.compactSeconds)}}},
+                 {"problems", std::move(problems)},
+                 {"misfits", std::move(misfits)},
+                 {"errors", ErrorsJson(std::move(errors), visits)},
+                 {"warnings", result.outcome.warnings},
+                 {"messages", visits.messages}});
+    PrintJson(json);
 }
 
 void PrintAddText(const AddResult& result) {

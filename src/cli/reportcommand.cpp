@@ -55,7 +55,6 @@ reports::ReportKind KindOf(const ReportArguments& arguments) {
     Choice("--as", arguments.as, {"table", "csv", "json"}, {"html"});
     if (arguments.kind.empty() || Choice("--kind", arguments.kind, {"top", "all"}, {"grouped"}) == "top")
         return reports::ReportKind::Top;
-    if (arguments.top) throw UsageError("--top N goes with --kind top; --kind all lists every value.");
     return reports::ReportKind::All;
 }
 

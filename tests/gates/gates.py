@@ -105,7 +105,7 @@ def add_words(bench, log):
     """The add as the driver or, when it is given, the command line program takes it."""
     if not bench.program:
         return ("--batch", "500", "add", log)
-    return ("add", "--format", "apache-combined", "--filter", "all", "--no-robots", "--no-components", "--overlap", "add",
+    return ("add", "--format", "apache-combined", "--filter", "all", "--robots", "--components", "--overlap", "add",
             "--invalid", "skip", log)
 
 
