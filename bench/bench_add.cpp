@@ -67,14 +67,19 @@ void Check(int code, sqlite3* db) {
 double BareInsert(const std::string& database, const std::string& target, std::int64_t& rows) {
     sqlite3* db = nullptr;
     Check(sqlite3_open(target.c_str(), &db), db);
-    const auto exec = [&](const std::string& sql) { Check(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), db); };
+    const auto exec = [&](const std::string& sql) {
+        Check(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), db);
+    };
     exec("ATTACH '" + database + "' AS site");
     exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA cache_size=-49152");
     std::vector<std::string> create;
     sqlite3_stmt* schema = nullptr;
-    Check(sqlite3_prepare_v2(db, "SELECT sql FROM site.sqlite_schema WHERE tbl_name='logline' AND sql NOT NULL ORDER BY type DESC",
-                             -1, &schema, nullptr), db);
-    while (sqlite3_step(schema) == SQLITE_ROW) create.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(schema, 0)));
+    Check(sqlite3_prepare_v2(
+              db, "SELECT sql FROM site.sqlite_schema WHERE tbl_name='logline' AND sql NOT NULL ORDER BY type DESC", -1,
+              &schema, nullptr),
+          db);
+    while (sqlite3_step(schema) == SQLITE_ROW)
+        create.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(schema, 0)));
     sqlite3_finalize(schema);
     for (const std::string& sql : create) exec(sql);
     sqlite3_stmt* read = nullptr;
@@ -109,13 +114,15 @@ adddata::AddOutcome AddOnce(bench::BenchSite& site, const Arguments& arguments) 
 }
 
 void Row(const char* what, double seconds, std::int64_t lines) {
-    std::printf("%-28s %9.2f s %12.0f lines/s\n", what, seconds, seconds > 0 ? static_cast<double>(lines) / seconds : 0);
+    std::printf("%-28s %9.2f s %12.0f lines/s\n", what, seconds,
+                seconds > 0 ? static_cast<double>(lines) / seconds : 0);
 }
 
 double PrintAdd(const char* title, const adddata::AddOutcome& outcome, double seconds, std::int64_t lines) {
     if (outcome.Status() != 0) Fail(outcome.read.errors.empty() ? outcome.visits.error : outcome.read.errors.front());
     std::printf("\n%s: %lld lines stored, %lld exist, %lld visits\n", title,
-                static_cast<long long>(outcome.read.totals.AllLinesAdded), static_cast<long long>(outcome.read.totals.AllLinesExist),
+                static_cast<long long>(outcome.read.totals.AllLinesAdded),
+                static_cast<long long>(outcome.read.totals.AllLinesExist),
                 static_cast<long long>(outcome.visits.visitsMade));
     Row("read", outcome.read.seconds, lines);
     Row("visits", outcome.visits.buildSeconds, lines);
@@ -138,7 +145,8 @@ int main(int argc, char** argv) {
     }
     std::int64_t lines = 0;
     const double split = SplitAlone(arguments.log, lines);
-    std::printf("%lld lines, %lld bytes\n", static_cast<long long>(lines), static_cast<long long>(core::FileSize(arguments.log)));
+    std::printf("%lld lines, %lld bytes\n", static_cast<long long>(lines),
+                static_cast<long long>(core::FileSize(arguments.log)));
     Row("splitting alone", split, lines);
     Stopwatch watch;
     adddata::AddOutcome outcome = AddOnce(site, arguments);
@@ -154,7 +162,7 @@ int main(int argc, char** argv) {
     const double bare = BareInsert(site.Site().Paths().database, site.Folder() + "/bare.db", rows);
     std::printf("\n");
     Row("bare insert of the rows", bare, rows);
-    std::printf("%-28s %9.2f times the bare insert of what it stored, %.1f times splitting\n", "the whole add", first / bare,
-                first / split);
+    std::printf("%-28s %9.2f times the bare insert of what it stored, %.1f times splitting\n", "the whole add",
+                first / bare, first / split);
     return 0;
 }

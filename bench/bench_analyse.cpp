@@ -1,5 +1,5 @@
-// bench_analyse [--visits N] [--field F]: how fast each field is analysed over N made visits, beside a bare pass over the
-// same rows in the same order through the store's C interface.
+// bench_analyse [--visits N] [--field F]: how fast each field is analysed over N made visits, beside a bare pass over
+// the same rows in the same order through the store's C interface.
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -31,7 +31,8 @@ std::uint32_t Skewed(loggen::Random& random, std::uint32_t count) {
 }
 
 std::string Term(std::uint64_t number) {
-    static const char* const words[] = {"red", "garden", "cheap", "buy", "old", "tulip", "paris", "chair", "blue", "map"};
+    static const char* const words[] = {"red",   "garden", "cheap", "buy",  "old",
+                                        "tulip", "paris",  "chair", "blue", "map"};
     std::string term = words[number % 10];
     for (std::uint64_t rest = number / 10; rest > 0; rest /= 10) term.append(" ").append(words[rest % 10]);
     return term;
@@ -61,7 +62,8 @@ void MakeVisits(sitedb::Site& site, std::int32_t visits) {
         sitedb::VisitRow row;
         row.VisitID = i;
         row.StartPageID = static_cast<std::int32_t>(1 + Skewed(random, kPages));
-        row.StartTimeStamp = (20260101 + day / 28 * 100 + day % 28) * 1000000 + time / 3600 * 10000 + time / 60 % 60 * 100 + time % 60;
+        row.StartTimeStamp =
+            (20260101 + day / 28 * 100 + day % 28) * 1000000 + time / 3600 * 10000 + time / 60 % 60 * 100 + time % 60;
         row.EndTimeStamp = row.StartTimeStamp;
         row.FirstIP = row.CDSIPs = "10." + std::to_string(i % 250) + ".1." + std::to_string(i / 250 % 250);
         row.Files = 3;
@@ -79,7 +81,8 @@ double BarePass(const std::string& database, std::int64_t& rows) {
     if (sqlite3_open_v2(database.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) Fail(sqlite3_errmsg(db));
     sqlite3_stmt* query = nullptr;
     const char* sql =
-        "SELECT StartPageID,VisitID,CDSClickFurtherPageIDs,CDSBytesClickFurtherPageIDs,StzdSearchTerm,NONSERefr,SearchEngine,"
+        "SELECT "
+        "StartPageID,VisitID,CDSClickFurtherPageIDs,CDSBytesClickFurtherPageIDs,StzdSearchTerm,NONSERefr,SearchEngine,"
         "StartLogLnID,StartTimeStamp,EndTimeStamp FROM visit ORDER BY StartTimeStamp";
     if (sqlite3_prepare_v2(db, sql, -1, &query, nullptr) != SQLITE_OK) Fail(sqlite3_errmsg(db));
     const Stopwatch watch;
@@ -137,7 +140,8 @@ int main(int argc, char** argv) {
         std::printf("%-50s %10.3f %14.0f %8.0f %%\n", std::string(row.name).c_str(), seconds,
                     static_cast<double>(rows) / seconds, 100 * bare / seconds);
     }
-    std::printf("%-50s %10.3f %14.0f\n", "bare pass", BarePass(database, rows), static_cast<double>(rows) / BarePass(database, rows));
+    std::printf("%-50s %10.3f %14.0f\n", "bare pass", BarePass(database, rows),
+                static_cast<double>(rows) / BarePass(database, rows));
     std::printf("peak memory %lld MiB\n", static_cast<long long>(bench::PeakMemoryKiB() / 1024));
     return 0;
 }

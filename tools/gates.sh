@@ -18,7 +18,7 @@ for gate in "${gates[@]}"; do
     CORVANE_FUZZ_SEED=$seed CORVANE_FUZZ_SECONDS=${CORVANE_FUZZ_SECONDS:-60} "$build/bin/fuzz_tests" --gtest_brief=1 || status=1
     continue
   fi
-  tests/gates/gates.py "$gate" --size whole --seed "$seed" --driver "$build/bin/gatedriver" --injector "$injector" \
+  python3 -B tests/gates/gates.py "$gate" --size whole --seed "$seed" --driver "$build/bin/gatedriver" --injector "$injector" \
     --loggen "$build/bin/corvane-loggen" --shared params || status=1
 done
 exit "$status"

@@ -64,7 +64,8 @@ AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& pr
         request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
     read.defaultFormat = outcome.format;
     outcome.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
-    outcome.visitsWanted = WantsVisits(env, outcome.read);
+    // What failed for the lines would fail for their visits: one message, and the lines wait.
+    outcome.visitsWanted = !outcome.read.storeFailed && WantsVisits(env, outcome.read);
     if (outcome.visitsWanted) outcome.visits = ResumeAdd(env, site, program);
     return outcome;
 }

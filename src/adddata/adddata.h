@@ -43,7 +43,7 @@ struct AddOutcome {
     std::vector<std::string> warnings{};  // told before the read
     std::string format{};                 // default format of the call
     logread::ReadOutcome read{};
-    bool visitsWanted = true;  // false: the user left them for later; the mark stands
+    bool visitsWanted = true;  // false: left for later, by the user or a failure; the mark stands
     visits::VisitsOutcome visits{};
     // 0 done, 1 something failed or was refused, 3 stopped by the user.
     int Status() const;

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
-
-#include <string>
 
 namespace core {
 class IniStore;

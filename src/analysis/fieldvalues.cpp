@@ -28,22 +28,37 @@ const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit
 
 void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pages) {
     switch (field_) {
-        case kTerm: found_.values.push_back(visits::Visit_STLabel(visit)); break;
-        case kStartPage: found_.values.push_back(Start(pages)); break;
+        case kTerm:
+            found_.values.push_back(visits::Visit_STLabel(visit));
+            break;
+        case kStartPage:
+            found_.values.push_back(Start(pages));
+            break;
         case kTermAndStart:
             room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages));
             found_.values.push_back(room_);
             break;
-        case kExitPage: ExitPage(pages); break;
-        case kTrack: Track(pages); break;
-        case kPage: Pages(pages); break;
-        case kDir: Dirs(pages); break;
+        case kExitPage:
+            ExitPage(pages);
+            break;
+        case kTrack:
+            Track(pages);
+            break;
+        case kPage:
+            Pages(pages);
+            break;
+        case kDir:
+            Dirs(pages);
+            break;
         case kReferrer:
             room_ = visits::Visit_RefrLabel(visit, referrers_);
             found_.values.push_back(room_);
             break;
-        case kEngine: found_.values.push_back(visits::Visit_SELabel(visit)); break;
-        default: Words(visit);
+        case kEngine:
+            found_.values.push_back(visits::Visit_SELabel(visit));
+            break;
+        default:
+            Words(visit);
     }
 }
 

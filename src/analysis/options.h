@@ -38,9 +38,9 @@ struct AnalysisRequest {
     bool ShowNotSEitem = false;
     std::string CDSNoCntSurfToFileTypes{};
     std::string CDSCntAsPageForAvgPages{};
-    std::optional<std::string> siteArea{};      // limits the run to visits that touched the area
+    std::optional<std::string> siteArea{};  // limits the run to visits that touched the area
     bool AnalTgt = false;
-    std::optional<std::int32_t> threshold{};    // the key's value; left out: as stored
+    std::optional<std::int32_t> threshold{};  // the key's value; left out: as stored
     bool WordListsOn = false;
     std::int32_t CntTopVals = 0;
 };

@@ -46,9 +46,8 @@ void SparseTable::Finish() {
         if (slot.key != kFree)
             cells_.push_back(
                 {static_cast<std::uint32_t>(slot.key >> 32U), static_cast<std::uint32_t>(slot.key), slot.count});
-    std::ranges::sort(cells_, [](const Cell& a, const Cell& b) {
-        return a.row != b.row ? a.row < b.row : a.column < b.column;
-    });
+    std::ranges::sort(
+        cells_, [](const Cell& a, const Cell& b) { return a.row != b.row ? a.row < b.row : a.column < b.column; });
     std::vector<Slot>().swap(slots_);
     used_ = 0;
 }

@@ -17,10 +17,13 @@ namespace {
 std::span<const logdefs::FltrRule> FiltersToTest(const Target& target) {
     const std::span<const logdefs::FltrRule> all(target.filters);
     switch (target.kind) {
-        case kAny: return all;
+        case kAny:
+            return all;
         case kSize:
-        case kFirstOnly: return all.first(std::min<std::size_t>(all.size(), 1));
-        default: return {};  // "all" can be chosen and stored and is never met
+        case kFirstOnly:
+            return all.first(std::min<std::size_t>(all.size(), 1));
+        default:
+            return {};  // "all" can be chosen and stored and is never met
     }
 }
 
@@ -116,7 +119,8 @@ SkipTypes SkipTypes_Check(std::string normalisedList, const std::vector<Target>&
         "The following File Types to skip when counting (specified on Options - Edit menu) include file types of pages "
         "defined as target.\rFor this analysis the following file types will not be analysed. Use Options from the "
         "edit menu to remove the file types always and avoid this warning screen\rFile types that will not be "
-        "analysed:\r" + removed;
+        "analysed:\r" +
+        removed;
     return result;
 }
 

@@ -15,11 +15,11 @@ namespace analysis {
 struct VisitPageList {
     static constexpr std::int64_t kNoStart = -1;
 
-    std::int64_t start = kNoStart;         // shown name, or kNoStart when only skipped types were asked for
-    std::int32_t further = 0;              // further pages that count for the average, each PageID once
-    std::vector<std::uint32_t> names{};    // shown names of further pages, each once
-    std::vector<std::int32_t> pageIds{};   // as requested
-    std::vector<double> bytes{};           // goes along with pageIds
+    std::int64_t start = kNoStart;        // shown name, or kNoStart when only skipped types were asked for
+    std::int32_t further = 0;             // further pages that count for the average, each PageID once
+    std::vector<std::uint32_t> names{};   // shown names of further pages, each once
+    std::vector<std::int32_t> pageIds{};  // as requested
+    std::vector<double> bytes{};          // goes along with pageIds
 };
 
 // Reads the click lists of visits. Its buffers live for the whole run.

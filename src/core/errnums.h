@@ -41,13 +41,14 @@ inline constexpr int kSectionLine = 19132;
 inline constexpr int kFieldName = 66350;
 inline constexpr int kRowText = 91273;
 
-inline constexpr std::array kAll{
-    kSubscript,        kMissingEntry,   kFailedWrite,      kBadExistsAction, kBadMissingAction, kStopped,
-    kTableNameLength,  kTableName,      kFieldAttribute,   kDbPathWildcard,  kDbMissing,        kDefPathWildcard,
-    kDefMissing,       kIndexUnique,    kIndexPrimary,     kValueVanished,   kValueTooLong,     kSectionScan,
-    kDuplicateKey,     kStore,          kOverflowName,     kOverflowList,    kOverflowNext,     kEmptyBraceDelim,
-    kReservedSection,  kReservedAltEntry, kReservedSplitEntry, kNotInitialised, kNoFreeSubstitute, kSectionLine,
-    kFieldName,        kRowText};
+inline constexpr std::array kAll{kSubscript,        kMissingEntry,     kFailedWrite,        kBadExistsAction,
+                                 kBadMissingAction, kStopped,          kTableNameLength,    kTableName,
+                                 kFieldAttribute,   kDbPathWildcard,   kDbMissing,          kDefPathWildcard,
+                                 kDefMissing,       kIndexUnique,      kIndexPrimary,       kValueVanished,
+                                 kValueTooLong,     kSectionScan,      kDuplicateKey,       kStore,
+                                 kOverflowName,     kOverflowList,     kOverflowNext,       kEmptyBraceDelim,
+                                 kReservedSection,  kReservedAltEntry, kReservedSplitEntry, kNotInitialised,
+                                 kNoFreeSubstitute, kSectionLine,      kFieldName,          kRowText};
 
 consteval bool AllDiffer() {
     for (std::size_t i = 0; i < kAll.size(); ++i)

@@ -66,7 +66,7 @@ enum class ExistsAction : char { Warn = 'W', Error = 'E', Delete = 'D', Append =
 Result FileCopy(const std::string& from, const std::string& to);  // replaces silently, atomic
 Result FileDelete(const std::string& path);
 Result FileRename(const std::string& from, const std::string& to);
-Result MakeDir(const std::string& path);   // with parents
+Result MakeDir(const std::string& path);  // with parents
 // Removes a folder and what is in it; never follows a symbolic link out of it.
 Result RemoveDir(const std::string& path);
 bool IsDir(const std::string& path);

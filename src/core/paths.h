@@ -40,8 +40,8 @@ struct NameCheck {
     std::string error{};
 };
 struct NameRules {
-    bool strictNames = false;   // the 8.3 rules
-    bool levels = true;         // at most 11 parts
+    bool strictNames = false;  // the 8.3 rules
+    bool levels = true;        // at most 11 parts
     bool skipChecks = false;
     std::string_view program = "Corvane";
 };

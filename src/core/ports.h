@@ -45,8 +45,8 @@ public:
 class Clock {
 public:
     virtual ~Clock() = default;
-    virtual double Now() const = 0;        // a moment (see dates.h)
-    virtual double Seconds() const = 0;    // monotonic, for throttling and elapsed times
+    virtual double Now() const = 0;      // a moment (see dates.h)
+    virtual double Seconds() const = 0;  // monotonic, for throttling and elapsed times
 };
 
 }  // namespace core

@@ -21,7 +21,8 @@ std::vector<std::string> CsvReadLine(std::string_view line, char delimiter) {
 
 std::string CsvCell(std::string_view text, CsvQuotes quotes, CsvGuard guard, char delimiter) {
     std::string cell;
-    if (guard == CsvGuard::Spreadsheet && !text.empty() && std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos) {
+    if (guard == CsvGuard::Spreadsheet && !text.empty() &&
+        std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos) {
         cell += '\'';
     }
     cell += text;

@@ -56,7 +56,8 @@ std::string SEDefsRead(core::IniStore& ini, const EngineFiles& files) {
 bool SEDefsWrite(core::IniStore& ini, const EngineFiles& files, const std::vector<std::string>& definitions) {
     std::vector<std::string> ordered = definitions;
     std::ranges::stable_partition(ordered, IsGeneral);
-    return ini.IniPutWhole("Main", kDefsKey, ordered.empty() ? "" : core::CDSJoinPlain({1, std::move(ordered)}), files.own);
+    return ini.IniPutWhole("Main", kDefsKey, ordered.empty() ? "" : core::CDSJoinPlain({1, std::move(ordered)}),
+                           files.own);
 }
 
 SearchEngines::SearchEngines(const std::vector<std::string>& definitions) {

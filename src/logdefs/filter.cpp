@@ -93,8 +93,8 @@ FltrRuleSet FltrLoad(core::IniStore& ini, std::string_view file, std::string_vie
 
 AddFilters FltrLoadAddFilters(core::IniStore& ini, const FilterFiles& files, const FilterSwitches& switches) {
     AddFilters filters;
-    filters.main = FltrLoad(ini, files.main, "Fltr Sel", switches.main != MainFilter::All,
-                            switches.main == MainFilter::Only);
+    filters.main =
+        FltrLoad(ini, files.main, "Fltr Sel", switches.main != MainFilter::All, switches.main == MainFilter::Only);
     filters.components = FltrLoad(ini, files.components, "Fltr Sel", switches.skipComponents, false);
     filters.robots = FltrLoad(ini, files.robots, "SkipRobotUserAgents", switches.skipRobots, false);
     filters.robots.AnyRule = true;  // one robot rule is enough, whatever the list says
@@ -103,8 +103,7 @@ AddFilters FltrLoadAddFilters(core::IniStore& ini, const FilterFiles& files, con
         std::string_view name;
         std::string_view effect;
     } families[] = {
-        {filters.main, "main filter",
-         filters.main.Invert ? "it skips no line" : "it skips every line"},
+        {filters.main, "main filter", filters.main.Invert ? "it skips no line" : "it skips every line"},
         {filters.components, "page component filter", "it skips every line"},
         {filters.robots, "robot filter", "it skips no line"},
     };

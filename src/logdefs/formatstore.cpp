@@ -16,7 +16,8 @@ std::optional<std::string> Refusal(std::string_view name, const std::vector<std:
     if (core::fTrim(name).empty()) return "A log format needs a name.";
     if (name.find('|') != std::string_view::npos || name.find(']') != std::string_view::npos)
         return "The name of a log format cannot contain | or ].";
-    if (core::fEquals(core::fTrim(name), "Main", core::Case::Ignore)) return "\"Main\" cannot be the name of a log format.";
+    if (core::fEquals(core::fTrim(name), "Main", core::Case::Ignore))
+        return "\"Main\" cannot be the name of a log format.";
     if (specs.empty()) return "A log format needs at least one specification.";
     for (const std::string& spec : specs) {
         if (spec.find('|') != std::string::npos)
@@ -57,7 +58,8 @@ std::optional<std::string> LogFmtStore(core::IniStore& ini, std::string_view nam
     if (!ini.IniPut(name, kSpecs, stored, file)) return "The log format could not be written to " + file;
     const std::string names = ini.IniGet("Main", kNames, file);
     const core::CDSAdded added = core::CDSAdd(names, name, {}, 2);
-    if (added.added && !ini.IniPutWhole("Main", kNames, added.list, file)) return "The log format could not be written to " + file;
+    if (added.added && !ini.IniPutWhole("Main", kNames, added.list, file))
+        return "The log format could not be written to " + file;
     return std::nullopt;
 }
 

@@ -59,7 +59,8 @@ Match LogFmtMatchTokens(const std::vector<std::string>& tokens, std::string_view
         std::size_t at = match.start + match.length;
         const bool fits =
             std::all_of(first + 1, tokens.end(), [&](const std::string& token) { return StandsAt(token, line, at); });
-        if (fits) return tokens.front() == "%W" ? WalkBack(line, match.start) : Match{match.start, at - match.start, true};
+        if (fits)
+            return tokens.front() == "%W" ? WalkBack(line, match.start) : Match{match.start, at - match.start, true};
         from = at + 1;  // from where the attempt failed, not from where it started
     }
     return {};

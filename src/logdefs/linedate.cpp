@@ -51,7 +51,9 @@ TimeOfDay TimeOf(const LogLnFields& fields) {
     const double hour = HourValue(fields);
     const double minute = QuickNum(fields[kMinute]);
     const double second = QuickNum(fields[kSecond]);
-    const auto inRange = [](double value, int limit) { return value >= 0 && value < limit && value == std::floor(value); };
+    const auto inRange = [](double value, int limit) {
+        return value >= 0 && value < limit && value == std::floor(value);
+    };
     double fraction = 0;
     if (const auto serial = core::TimeSerial(hour, minute, second)) fraction = std::round(*serial * 1e8) / 1e8;
     if (inRange(hour, 24) && inRange(minute, 60) && inRange(second, 60)) {

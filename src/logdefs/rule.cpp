@@ -34,12 +34,18 @@ int FieldOfColType(int colType) {
 
 bool FltrTestPrepared(std::string_view value, const FltrRule& rule) {
     switch (rule.Typ) {
-        case kStartsWith: return value.starts_with(rule.Val);
-        case kContains: return value.find(rule.Val) != std::string_view::npos;
-        case kEquals: return value == rule.Val;
-        case kGreater: return value > rule.Val;
-        case kIsNumber: return core::IsNumeric(value);
-        default: return false;  // "less than" too: it can be stored and is never true
+        case kStartsWith:
+            return value.starts_with(rule.Val);
+        case kContains:
+            return value.find(rule.Val) != std::string_view::npos;
+        case kEquals:
+            return value == rule.Val;
+        case kGreater:
+            return value > rule.Val;
+        case kIsNumber:
+            return core::IsNumeric(value);
+        default:
+            return false;  // "less than" too: it can be stored and is never true
     }
 }
 
@@ -54,7 +60,8 @@ RulesResult FltrTestValues(std::span<const std::string_view> values, std::span<c
 }
 
 bool FltrTestValue(std::string_view value, std::span<const FltrRule> rules, bool any) {
-    return std::ranges::any_of(rules, [&](const FltrRule& rule) { return FltrRuleTest(value, rule) == any; }) ? any : !any;
+    return std::ranges::any_of(rules, [&](const FltrRule& rule) { return FltrRuleTest(value, rule) == any; }) ? any
+                                                                                                              : !any;
 }
 
 StoredRule FltrRuleRead(core::IniStore& ini, std::string_view section, std::string_view file) {

@@ -61,7 +61,8 @@ struct RulesResult {
     bool satisfied = false;
     std::size_t index = 0;  // of the rule that settled it; the number of rules when all were looked at
 };
-// One value for each rule, or one for all. `any`: true at the first satisfied rule; else false at the first that is not.
+// One value for each rule, or one for all. `any`: true at the first satisfied rule; else false at the first that is
+// not.
 RulesResult FltrTestValues(std::span<const std::string_view> values, std::span<const FltrRule> rules, bool any);
 bool FltrTestValue(std::string_view value, std::span<const FltrRule> rules, bool any);
 

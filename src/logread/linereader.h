@@ -19,8 +19,8 @@ struct RawLine {
     bool blank = false;       // tooLong, and nothing but blanks, tabs and carriage returns
 };
 
-// Lines of a file, whatever their length, in bounded memory. Ends at the size the file had when it was opened; if it has
-// grown since, a last line without its line feed is not complete and is left for the next read.
+// Lines of a file, whatever their length, in bounded memory. Ends at the size the file had when it was opened; if it
+// has grown since, a last line without its line feed is not complete and is left for the next read.
 class LineReader {
 public:
     explicit LineReader(core::ChunkReader& file, std::size_t chunk = kReadChunk);
@@ -38,7 +38,7 @@ private:
     core::ChunkReader& file_;
     std::vector<char> buffer_;
     std::size_t chunk_;
-    std::size_t begin_ = 0;    // of what is held
+    std::size_t begin_ = 0;  // of what is held
     std::size_t end_ = 0;
     std::size_t scanned_ = 0;  // bytes behind begin_ known to hold no line feed
     std::int64_t position_ = 0;

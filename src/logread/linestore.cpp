@@ -11,8 +11,8 @@ namespace logread {
 
 LineStore::LineStore(core::Env& env, sitedb::Site& site, LogReadCtx& ctx)
     : site_(site), ctx_(ctx), lines_(site.Db(), {ctx.KeepExtra, site.Options().domain}) {
-    lines_.StartFrom(core::ToLong(
-        env.ini.IniGetNum("Main", "LastLogLnID", site.Paths().lastVals, core::Missing::Default, -1)));
+    lines_.StartFrom(
+        core::ToLong(env.ini.IniGetNum("Main", "LastLogLnID", site.Paths().lastVals, core::Missing::Default, -1)));
     lastLine_ = lines_.LastLogLnID();
     lastPage_ = site.Pages().UpperBound();
     if (!ctx.Check.Active) {

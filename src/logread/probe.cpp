@@ -17,11 +17,17 @@ struct Magic {
     std::string_view name;
 };
 constexpr std::array kMagics{
-    Magic{"\x1f\x8b", "gzip"},         Magic{"BZh", "bzip2"},           Magic{"\xfd"
-                                                                               "7zXZ",
-                                                                               "xz"},
-    Magic{"\x28\xb5\x2f\xfd", "zstd"}, Magic{"PK\x03\x04", "zip"},      Magic{"7z\xbc\xaf\x27\x1c", "7z"},
-    Magic{"\x04\x22\x4d\x18", "lz4"},  Magic{"\x1f\x9d", "compress"},   Magic{"Rar!\x1a\x07", "rar"},
+    Magic{"\x1f\x8b", "gzip"},
+    Magic{"BZh", "bzip2"},
+    Magic{"\xfd"
+          "7zXZ",
+          "xz"},
+    Magic{"\x28\xb5\x2f\xfd", "zstd"},
+    Magic{"PK\x03\x04", "zip"},
+    Magic{"7z\xbc\xaf\x27\x1c", "7z"},
+    Magic{"\x04\x22\x4d\x18", "lz4"},
+    Magic{"\x1f\x9d", "compress"},
+    Magic{"Rar!\x1a\x07", "rar"},
 };
 
 // Tries lines as they are: also the pieces at a window's edges.
@@ -82,7 +88,8 @@ LogFileDates LogFileDateRange(core::ChunkReader& file, const logdefs::LogFormat&
         return dates;
     }
     dates.first = *first;
-    for (std::int64_t offset = std::max<std::int64_t>(0, file.Size() - kWindow);; offset = std::max<std::int64_t>(0, offset - kWindow)) {
+    for (std::int64_t offset = std::max<std::int64_t>(0, file.Size() - kWindow);;
+         offset = std::max<std::int64_t>(0, offset - kWindow)) {
         if (const auto last = LastIn(window(offset), tester)) {
             dates.last = *last;
             return dates;

@@ -21,7 +21,7 @@
 namespace logread {
 namespace {
 
-constexpr double kProgressEvery = 0.25;   // seconds; also how fast a stop is heard
+constexpr double kProgressEvery = 0.25;      // seconds; also how fast a stop is heard
 constexpr std::int64_t kLinesPerLook = 256;  // between two looks at the clock
 
 constexpr std::string_view kFileSkipped = " File Skipped.";
@@ -53,14 +53,17 @@ std::string Advice(const std::string& file, const LogFileDates& dates) {
     if (const std::string_view kind = PackedKind(dates.start); !kind.empty())
         return file + " is packed (" + std::string(kind) + "). Unpack it first; only plain text is read.";
     if (LooksBinary(dates.start)) return file + " is no text file. Name the log itself.";
-    if (dates.outcome == LogFileDates::Outcome::EmptyOrMissing) return file + " is empty. Check that it is the right file.";
-    if (dates.outcome == LogFileDates::Outcome::EndsCorrupt) return file + " ends with damaged lines. Cut them off, or get a whole copy.";
+    if (dates.outcome == LogFileDates::Outcome::EmptyOrMissing)
+        return file + " is empty. Check that it is the right file.";
+    if (dates.outcome == LogFileDates::Outcome::EndsCorrupt)
+        return file + " ends with damaged lines. Cut them off, or get a whole copy.";
     return file + " has no line of this format within its first 3000 bytes. Try the formats with: format try FILE";
 }
 
 class Reading {
 public:
-    Reading(core::Env& env, sitedb::Site& site, ReadRequest request) : env_(env), site_(site), request_(std::move(request)) {
+    Reading(core::Env& env, sitedb::Site& site, ReadRequest request)
+        : env_(env), site_(site), request_(std::move(request)) {
         const sitedb::SiteOptions& options = site.Options();
         ctx_.KeepExtra = options.LastKeepVal;
         ctx_.Skip404 = options.Skip404;
@@ -130,7 +133,8 @@ std::optional<std::vector<std::string>> Reading::FilesOf(const logdefs::LogFileS
     for (const std::string& file : files) list += "\r" + file;
     const core::Answer answer = env_.user.Ask(
         {.id = "ConfirmFileList",
-         .message = "The following files will be processed. Do you want to continue?\rFilename: " + spec.file + "]" + list,
+         .message =
+             "The following files will be processed. Do you want to continue?\rFilename: " + spec.file + "]" + list,
          .buttons = "&Yes|&Cancel",
          .title = "Confirm List of files. Add data to site DB: " + site_.Options().name,
          .cancelButton = 2});
@@ -165,15 +169,17 @@ bool Reading::MayOverlap(const LogFileDates& dates, FileRecord& record) {
     if (ctx_.NoPromptOverlap) return true;
     const core::Answer answer = env_.user.Ask(
         {.id = "ConfirmOverlap",
-         .message = std::string(kOverlap) +
-                    "\r[Raw log data already exists on this data base for date(s) included in log file.]\rFilename: " +
-                    record.FileName +
-                    "\rDo you want to add records from this file anyway?\rNB If you add the file anyway, each log line will "
-                    "be checked individually to determine if a duplicate exists on the database.\rThis ensures no line "
-                    "will be counted twice however processing takes ca. THREE TIMES as long as usual.",
+         .message =
+             std::string(kOverlap) +
+             "\r[Raw log data already exists on this data base for date(s) included in log file.]\rFilename: " +
+             record.FileName +
+             "\rDo you want to add records from this file anyway?\rNB If you add the file anyway, each log line will "
+             "be checked individually to determine if a duplicate exists on the database.\rThis ensures no line "
+             "will be counted twice however processing takes ca. THREE TIMES as long as usual.",
          .buttons = "&Yes|&No",
          .title = "Confirm add overlApping data. Add Log Data to Site DB: " + site_.Options().name,
-         .checkBox = "No prompt when log file has d&ates which overlap existing data. - Process file, check for duplicates",
+         .checkBox =
+             "No prompt when log file has d&ates which overlap existing data. - Process file, check for duplicates",
          .cancelButton = 2});
     if (answer.boxTicked) ctx_.NoPromptOverlap = true;
     return !answer.Cancelled();
@@ -183,7 +189,8 @@ bool Reading::Probe(core::ChunkReader& file, const logdefs::LogFormat& format, F
     const core::Result opened = file.Open(record.FileName);
     if (!opened) {
         record.skipped = true;
-        ctx_.Problems.LogFileProblemAdd(record.FileName, std::string(kProbeTexts[0].problem) + std::string(kFileSkipped));
+        ctx_.Problems.LogFileProblemAdd(record.FileName,
+                                        std::string(kProbeTexts[0].problem) + std::string(kFileSkipped));
         outcome_.errors.push_back(opened.error);
         return false;
     }
@@ -217,12 +224,13 @@ void Reading::ReadLines(LineReader& reader, dialogs::Report& report) {
 bool Reading::LogFileReadChunks(core::ChunkReader& file, const Place& place, FileRecord& record) {
     const std::string where = place.items > 1 || place.files > 1
                                   ? "Definition: " + std::to_string(place.item) + "/" + std::to_string(place.items) +
-                                        ". File: " + std::to_string(place.file) + "/" + std::to_string(place.files) + ". "
+                                        ". File: " + std::to_string(place.file) + "/" + std::to_string(place.files) +
+                                        ". "
                                   : std::string();
     LineReader reader(file, request_.chunk);
     try {
-        dialogs::Report report(env_.progress, request_.progressPrefix + where + "Read data for " + record.FileName, "bytes",
-                               static_cast<double>(file.Size()));
+        dialogs::Report report(env_.progress, request_.progressPrefix + where + "Read data for " + record.FileName,
+                               "bytes", static_cast<double>(file.Size()));
         ReadLines(reader, report);
         if (store_) store_->Commit();
     } catch (const core::Stopped&) {
@@ -241,7 +249,8 @@ void Reading::AddTotals(FileRecord& record) {
     const FileCounters& file = record.counters = ctx_.File;
     AllCounters& all = ctx_.All;
     // A file without accepted lines has no first date to give.
-    if (file.FirstDate != 0 && (all.AllFirstDate == 0 || all.AllFirstDate > file.FirstDate)) all.AllFirstDate = file.FirstDate;
+    if (file.FirstDate != 0 && (all.AllFirstDate == 0 || all.AllFirstDate > file.FirstDate))
+        all.AllFirstDate = file.FirstDate;
     all.AllLastDate = std::max(all.AllLastDate, file.LineDateTime);
     all.AllBytesRead += file.BytesRead;
     all.AllBytesAdded += file.BytesAdded;
@@ -326,6 +335,7 @@ ReadOutcome Reading::Run() {
         site_.Pages().Release();
         work_.reset();
         outcome_.ok = false;
+        outcome_.storeFailed = true;
         outcome_.errors.emplace_back(error.what());
     }
     outcome_.totals = ctx_.All;

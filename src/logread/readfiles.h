@@ -32,9 +32,10 @@ struct ReadRequest {
 };
 
 struct ReadOutcome {
-    bool ok = true;         // false: a file's read was stopped or failed
+    bool ok = true;  // false: a file's read was stopped or failed
     bool anyRead = false;
-    bool interrupted = false;   // the user stopped the whole job
+    bool interrupted = false;           // the user stopped the whole job
+    bool storeFailed = false;           // the store or a file of the site failed; `errors` tells how
     std::vector<std::string> errors{};  // failures of the store, for the user
     std::vector<FileRecord> files{};
     AllCounters totals{};
@@ -43,8 +44,8 @@ struct ReadOutcome {
     double seconds = 0;
 };
 
-// Reads the files in order and stores the wanted lines. A stopped or failed file does not end the list; a failure of the
-// store (a full disk) does, with everything up to the last commit kept.
+// Reads the files in order and stores the wanted lines. A stopped or failed file does not end the list; a failure of
+// the store (a full disk) does, with everything up to the last commit kept.
 ReadOutcome RawLog_AddData_ReadLogFiles(core::Env& env, sitedb::Site& site, ReadRequest request);
 
 // "|" list of the parameter file to requests, and back.

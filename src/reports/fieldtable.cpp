@@ -49,8 +49,8 @@ std::vector<std::string> SuggestFields(std::string_view text) {
     for (const FieldRow& row : kFieldTable) {
         if (row.word.empty()) continue;
         all.emplace_back(row.word);
-        const bool part = word.size() > 2 && (row.word.find(word) != std::string_view::npos ||
-                                              word.find(row.word) != std::string::npos);
+        const bool part = word.size() > 2 &&
+                          (row.word.find(word) != std::string_view::npos || word.find(row.word) != std::string::npos);
         const std::size_t distance = part ? 0 : Distance(word, row.word);
         if (distance <= 2) near.emplace_back(distance, row.word);
     }

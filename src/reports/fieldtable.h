@@ -41,9 +41,8 @@ inline constexpr std::array kFieldTable{
     FieldRow{20, "6-word", "6-word Search Term Phrases", "First Page (Found)", "Search Term"},
     FieldRow{21, "7-word", "7-word Search Term Phrases", "First Page (Found)", "Search Term"},
 };
-static_assert(std::ranges::all_of(kFieldTable, [](const FieldRow& row) {
-                  return row.word.empty() || analysis::HasField(row.code);
-              }),
+static_assert(std::ranges::all_of(kFieldTable,
+                                  [](const FieldRow& row) { return row.word.empty() || analysis::HasField(row.code); }),
               "a field of the command line cannot be analysed");
 
 // nullptr: there is no such field.

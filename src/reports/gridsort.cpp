@@ -18,9 +18,8 @@ template <typename Key>
 void SortByKeys(ReportGrid& grid, const std::vector<Key>& keys, bool descending) {
     std::vector<std::size_t> order(keys.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
-        return descending ? keys[b] < keys[a] : keys[a] < keys[b];
-    });
+    std::ranges::stable_sort(
+        order, [&](std::size_t a, std::size_t b) { return descending ? keys[b] < keys[a] : keys[a] < keys[b]; });
     std::vector<GridRow> sorted;
     sorted.reserve(order.size());
     for (const std::size_t row : order) sorted.push_back(std::move(grid.rows[row]));

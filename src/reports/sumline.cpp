@@ -83,8 +83,7 @@ void SumByText(core::Env& env, const std::unordered_set<std::string_view>& texts
             sum.Add(row);
             if (++matched % kStepEvery == 0 && report) report->Step(static_cast<double>(matched));
         }
-    } catch (const core::Stopped&) {
-    }
+    } catch (const core::Stopped&) {}
 }
 
 std::string JoinTexts(std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results) {

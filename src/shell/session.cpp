@@ -11,8 +11,8 @@
 namespace shell {
 namespace {
 
-constexpr std::array<std::string_view, 5> kProgramFiles{"logfmts.ini", "lastinstvals.ini", "fltrbots.ini", "ppfindbots.ini",
-                                                        "ppfindbotsskipuas.ini"};
+constexpr std::array<std::string_view, 5> kProgramFiles{"logfmts.ini", "lastinstvals.ini", "fltrbots.ini",
+                                                        "ppfindbots.ini", "ppfindbotsskipuas.ini"};
 
 std::string FromEnvironment(const char* name) {
     const char* value = std::getenv(name);
@@ -30,7 +30,8 @@ std::string Absolute(std::string path) {
 std::string ProgramFolder() {
     std::array<char, PATH_MAX> program{};
     const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
-    return length > 0 ? core::fPathOf(std::string_view(program.data(), static_cast<std::size_t>(length))) : std::string();
+    return length > 0 ? core::fPathOf(std::string_view(program.data(), static_cast<std::size_t>(length)))
+                      : std::string();
 }
 
 }  // namespace
@@ -38,13 +39,15 @@ std::string ProgramFolder() {
 std::string DataHome(std::string_view option) {
     if (!option.empty()) return Absolute(std::string(option));
     if (std::string home = FromEnvironment("CORVANE_HOME"); !home.empty()) return Absolute(std::move(home));
-    if (const std::string data = FromEnvironment("XDG_DATA_HOME"); data.starts_with('/')) return Absolute(data + "/corvane");
+    if (const std::string data = FromEnvironment("XDG_DATA_HOME"); data.starts_with('/'))
+        return Absolute(data + "/corvane");
     const std::string home = FromEnvironment("HOME");
     return home.starts_with('/') ? home + "/.local/share/corvane" : std::string();
 }
 
 std::string SharedFolder(std::string_view installed, std::string_view source) {
-    for (const std::string& folder : {ProgramFolder() + "../share/corvane", std::string(installed), std::string(source)})
+    for (const std::string& folder :
+         {ProgramFolder() + "../share/corvane", std::string(installed), std::string(source)})
         if (core::IsDir(folder + "/site/param")) return folder;
     return std::string(installed);
 }
@@ -63,7 +66,8 @@ core::Result Session::Prepare() {
     for (const std::string_view name : kProgramFiles) {
         const std::string file = param + std::string(name);
         if (core::Exists(file)) continue;
-        if (core::Result copied = core::FileCopy(paths_.Shared() + "/program/" + std::string(name), file); !copied) return copied;
+        if (core::Result copied = core::FileCopy(paths_.Shared() + "/program/" + std::string(name), file); !copied)
+            return copied;
     }
     return {};
 }

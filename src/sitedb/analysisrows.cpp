@@ -20,10 +20,11 @@ StampRange DateRange(std::int32_t firstDay, std::int32_t lastDay) {
 
 AnalysisRows::AnalysisRows(Database& db, StampRange range, AnalysisColumns columns)
     : columns_(columns),
-      select_(db.Prepare("SELECT StartTimeStamp, VisitID, StartPageID, StzdSearchTerm, SearchEngine, CDSClickFurtherPageIDs" +
-                         std::string(columns.bytes ? ", CDSBytesClickFurtherPageIDs" : ", NULL") +
-                         std::string(columns.referrer ? ", NONSERefr" : ", NULL") +
-                         " FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY StartTimeStamp, VisitID")) {
+      select_(db.Prepare(
+          "SELECT StartTimeStamp, VisitID, StartPageID, StzdSearchTerm, SearchEngine, CDSClickFurtherPageIDs" +
+          std::string(columns.bytes ? ", CDSBytesClickFurtherPageIDs" : ", NULL") +
+          std::string(columns.referrer ? ", NONSERefr" : ", NULL") +
+          " FROM visit WHERE StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY StartTimeStamp, VisitID")) {
     select_.Bind(1, range.from).Bind(2, range.to);
 }
 

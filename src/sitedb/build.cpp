@@ -134,8 +134,8 @@ void MakeIndexes(Database& db, const std::vector<TablePlan>& plans, std::string_
 
 void CreateDatabaseFile(const std::string& path) {
     Database db(path, {.create = true});
-    db.Exec("PRAGMA application_id=" + std::to_string(kApplicationId) + "; PRAGMA user_version=" +
-            std::to_string(kSchemaVersion));
+    db.Exec("PRAGMA application_id=" + std::to_string(kApplicationId) +
+            "; PRAGMA user_version=" + std::to_string(kSchemaVersion));
     db.Close();
 }
 
@@ -151,13 +151,16 @@ Database BLDTBL_OpenDB(const std::string& path, bool readOnly) {
 WorkMode::WorkMode(Database& db) : db_(db) {
     db_.Exec(
         "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; "
-        "PRAGMA cache_size=-49152; PRAGMA wal_autocheckpoint=8192; PRAGMA journal_size_limit=0; PRAGMA temp_store=FILE");
+        "PRAGMA cache_size=-49152; PRAGMA wal_autocheckpoint=8192; PRAGMA journal_size_limit=0; PRAGMA "
+        "temp_store=FILE");
 }
 
 void WorkMode::End() {
     if (!on_) return;
     on_ = false;
-    db_.Exec("PRAGMA journal_mode=DELETE; PRAGMA locking_mode=NORMAL; PRAGMA cache_size=-8192; SELECT count(*) FROM sqlite_schema");
+    db_.Exec(
+        "PRAGMA journal_mode=DELETE; PRAGMA locking_mode=NORMAL; PRAGMA cache_size=-8192; SELECT count(*) FROM "
+        "sqlite_schema");
 }
 
 WorkMode::~WorkMode() {

@@ -19,14 +19,10 @@ struct TextColumn {
     int width;  // with the mark
 };
 inline constexpr std::array kTextColumns{
-    TextColumn{"Filename", logdefs::kFile, 253},
-    TextColumn{"Query", logdefs::kQuery, 200},
-    TextColumn{"Browser", logdefs::kAgent, 253},
-    TextColumn{"Browser2", logdefs::kAgent2, 100},
-    TextColumn{"UserNo", logdefs::kUserNo, 100},
-    TextColumn{"VirtualHost", logdefs::kVirtualHost, 100},
-    TextColumn{"HTTPStatus", logdefs::kStatus, 100},
-    TextColumn{"CodeWordsHTTP", logdefs::kCodeWords, 100},
+    TextColumn{"Filename", logdefs::kFile, 253},     TextColumn{"Query", logdefs::kQuery, 200},
+    TextColumn{"Browser", logdefs::kAgent, 253},     TextColumn{"Browser2", logdefs::kAgent2, 100},
+    TextColumn{"UserNo", logdefs::kUserNo, 100},     TextColumn{"VirtualHost", logdefs::kVirtualHost, 100},
+    TextColumn{"HTTPStatus", logdefs::kStatus, 100}, TextColumn{"CodeWordsHTTP", logdefs::kCodeWords, 100},
     TextColumn{"Referrer", logdefs::kReferrer, 253},
 };
 inline constexpr std::size_t kReferrerColumn = 8;

@@ -107,7 +107,8 @@ void LogLines::StoreReferrer(std::int32_t id, const LogLnRecord& record) {
     std::string_view referrer = record.wholeReferrer;
     if (options_.keep && !record.referrerCut) return;
     if (referrer.empty() || referrer == "-") return;
-    if (!options_.keep && !options_.domain.empty() && referrer.starts_with(options_.domain)) referrer = kInternalReferrer;
+    if (!options_.keep && !options_.domain.empty() && referrer.starts_with(options_.domain))
+        referrer = kInternalReferrer;
     insertReferrer_.Bind(1, std::int64_t{id}).Bind(2, referrer).Run();
 }
 
@@ -156,7 +157,8 @@ void LogLines::LoadGroup(std::int64_t timestamp, LineGroups::Group& group) {
         if (options_.keep) {
             AppendNumber(key, select_.Int(4));
             AppendNumber(key, select_.Int(5));
-            for (std::size_t i = 0; i < kTextColumns.size(); ++i) AppendText(key, select_.Text(static_cast<int>(i) + 6));
+            for (std::size_t i = 0; i < kTextColumns.size(); ++i)
+                AppendText(key, select_.Text(static_cast<int>(i) + 6));
         }
         // Rows come by number, so the first of equal lines is the one that is found.
         if (group.try_emplace(key, static_cast<std::int32_t>(select_.Int(0))).second) groups_.Count(key.size());

@@ -35,8 +35,8 @@ void LogLn_Fill(LogLnRecord& record, const logdefs::LogLnFields& fields, std::in
 class LogLines {
 public:
     struct Options {
-        bool keep = true;       // LastKeepVal: the table has the columns of extra data
-        std::string domain{};   // the site's own host; referrers that start with it are internal
+        bool keep = true;      // LastKeepVal: the table has the columns of extra data
+        std::string domain{};  // the site's own host; referrers that start with it are internal
     };
     LogLines(Database& db, Options options);
 

@@ -24,7 +24,8 @@ void PageList::Load(Database& db) {
     while (query.Step()) {
         const std::int64_t id = query.Int(0);
         if (id <= UpperBound() || id > kMaxPages || id > UpperBound() + kMaxGap)
-            throw StoreError(core::errnum::kStore, 11, "The page table is damaged (PageID " + std::to_string(id) + ").");
+            throw StoreError(core::errnum::kStore, 11,
+                             "The page table is damaged (PageID " + std::to_string(id) + ").");
         while (UpperBound() + 1 < id) names_.emplace_back();
         Append(std::string(query.Text(1)));
     }

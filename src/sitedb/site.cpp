@@ -80,8 +80,8 @@ SiteOptions ReadSiteOptions(core::IniStore& ini, const SitePaths& site) {
     options.EraseNonSE = ini.IniGetBool("Main", "EraseNonSE", site.dbdef);
     options.RemQuery = ini.IniGetBool("Main", "RemQuery", site.dbdef);
     options.RemFrag = ini.IniGetBool("Main", "RemFrag", site.dbdef);
-    options.LmtVisitLines = core::ToLong(
-        ini.IniGetNum("Main", "LmtVisitLines", site.dbdef, core::Missing::Default, kDefaultLineLimit));
+    options.LmtVisitLines =
+        core::ToLong(ini.IniGetNum("Main", "LmtVisitLines", site.dbdef, core::Missing::Default, kDefaultLineLimit));
     options.domain = ini.IniGet("Main", "domain", site.dbdef);
     return options;
 }
@@ -125,7 +125,8 @@ std::int64_t Site::WaitingLines() { return db_.Scalar("SELECT count(*) FROM logl
 
 std::string Site::UnfinishedAdd(core::Env& env) {
     std::string mark = env.ini.IniGet("Main", "AddedLogLns_MustDoVisitsAdd", paths_.lastVals);
-    if (mark.empty() && db_.Scalar("SELECT EXISTS (SELECT 1 FROM logline WHERE VisitID IS NULL)") != 0) mark = "unknown date";
+    if (mark.empty() && db_.Scalar("SELECT EXISTS (SELECT 1 FROM logline WHERE VisitID IS NULL)") != 0)
+        mark = "unknown date";
     return mark;
 }
 

@@ -24,16 +24,16 @@ namespace sitedb {
 // Native paths of a site's files.
 struct SitePaths {
     std::string folder{};
-    std::string database{};   // data/site1.mdb
-    std::string lock{};       // data/site1.ldb
-    std::string temp{};       // temp
-    std::string dbdef{};      // param/dbdef.ini
-    std::string lastVals{};   // param/LastVals.ini
-    std::string mainFilter{};        // param/LdLnFltr.ini
-    std::string componentFilter{};   // param/FltrFiles.ini
-    std::string targets{};    // param/targets.ini
-    std::string siteAreas{};  // param/Siteareas.ini
-    std::string errorLog{};   // param/errors.log
+    std::string database{};         // data/site1.mdb
+    std::string lock{};             // data/site1.ldb
+    std::string temp{};             // temp
+    std::string dbdef{};            // param/dbdef.ini
+    std::string lastVals{};         // param/LastVals.ini
+    std::string mainFilter{};       // param/LdLnFltr.ini
+    std::string componentFilter{};  // param/FltrFiles.ini
+    std::string targets{};          // param/targets.ini
+    std::string siteAreas{};        // param/Siteareas.ini
+    std::string errorLog{};         // param/errors.log
 };
 SitePaths Site_Paths(const std::string& folder);
 // Tells the parameter store which files stand behind "::*" while this site is current.
@@ -41,8 +41,8 @@ void SetSectionFiles(core::IniStore& ini, const core::Paths& paths, const SitePa
 
 // The options that a site is made with, and what else stands beside them in dbdef.ini.
 struct SiteOptions {
-    std::string name{};         // Parm
-    bool LastKeepVal = true;    // store extra data; cannot change later
+    std::string name{};       // Parm
+    bool LastKeepVal = true;  // store extra data; cannot change later
     bool Skip404 = true;
     bool EraseNonSE = false;
     bool RemQuery = false;

@@ -33,7 +33,8 @@ core::Result CheckName(std::string_view name) {
     if (bad || name.find_first_of("|[]\\/\"") != std::string_view::npos)
         return Fail("The name of a site cannot contain | [ ] \\ / \" or control characters.");
     if (core::fEquals(name, "Main", core::Case::Ignore)) return Fail("\"Main\" cannot be the name of a site.");
-    if (core::fStartsWith(name, "AltNo.", core::Case::Ignore) || core::fStartsWith(name, "SplitEntry.", core::Case::Ignore))
+    if (core::fStartsWith(name, "AltNo.", core::Case::Ignore) ||
+        core::fStartsWith(name, "SplitEntry.", core::Case::Ignore))
         return Fail("Name cannot be prefixed with \"AltNo.\" or \"SplitEntry.\".");
     return {};
 }
@@ -65,8 +66,8 @@ std::vector<std::string> Sites::Names() const {
 
 std::string Sites::Folder(std::string_view name) const {
     const std::vector<std::string> names = Names();
-    const bool listed =
-        std::ranges::any_of(names, [&](const std::string& item) { return core::fEquals(item, name, core::Case::Ignore); });
+    const bool listed = std::ranges::any_of(
+        names, [&](const std::string& item) { return core::fEquals(item, name, core::Case::Ignore); });
     if (!listed) return {};
     return paths_.ToNative(env_.ini.IniGet(name, "Parm", ListFile()));
 }
@@ -118,7 +119,8 @@ core::Result Sites::ListSite(const std::string& name, const std::string& folder)
     if (!stored.result) return stored.result;
     const std::string list = env_.ini.IniGet("Main", "DBNameLst", ListFile());
     const bool ok = env_.ini.IniPut(name, "Parm", stored.text, ListFile(), core::OnFail::Ignore) &&
-                    env_.ini.IniPutWhole("Main", "DBNameLst", core::CDSAdd(list, name, {}, 2).list, ListFile(), core::OnFail::Ignore);
+                    env_.ini.IniPutWhole("Main", "DBNameLst", core::CDSAdd(list, name, {}, 2).list, ListFile(),
+                                         core::OnFail::Ignore);
     return ok ? core::Result{} : Fail("The site could not be added to the list in " + ListFile());
 }
 
@@ -142,9 +144,17 @@ Sites::Created Sites::Site_Create(const SiteOptions& options) {
     created.folder = FreeFolder(options.name);
     const SitePaths site = Site_Paths(created.folder);
     const auto steps = {
-        +[](Sites& self, const SitePaths& at, const SiteOptions&) { (void)self; return core::MakeDir(at.folder + "/data"); },
-        +[](Sites& self, const SitePaths& at, const SiteOptions&) { (void)self; return core::MakeDir(at.folder + "/param/def"); },
-        +[](Sites& self, const SitePaths& at, const SiteOptions& chosen) { return self.CopyTemplate(at.folder, chosen.LastKeepVal); },
+        +[](Sites& self, const SitePaths& at, const SiteOptions&) {
+            (void)self;
+            return core::MakeDir(at.folder + "/data");
+        },
+        +[](Sites& self, const SitePaths& at, const SiteOptions&) {
+            (void)self;
+            return core::MakeDir(at.folder + "/param/def");
+        },
+        +[](Sites& self, const SitePaths& at, const SiteOptions& chosen) {
+            return self.CopyTemplate(at.folder, chosen.LastKeepVal);
+        },
         +[](Sites& self, const SitePaths& at, const SiteOptions& chosen) { return self.WriteOptions(at, chosen); },
     };
     for (const auto& step : steps)

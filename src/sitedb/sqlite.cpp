@@ -13,13 +13,19 @@ constexpr int kMaxTextLength = 8 << 20;  // bytes of one value or row: far above
 
 std::string Advice(int code) {
     switch (code & 0xff) {
-        case SQLITE_FULL: return " The disk is full: free some space and try again. What was stored before is safe.";
-        case SQLITE_READONLY: return " The database or its folder is read-only: reports work, adding does not.";
-        case SQLITE_BUSY: return " Another program is using this database.";
+        case SQLITE_FULL:
+            return " The disk is full: free some space and try again. What was stored before is safe.";
+        case SQLITE_READONLY:
+            return " The database or its folder is read-only: reports work, adding does not.";
+        case SQLITE_BUSY:
+            return " Another program is using this database.";
         case SQLITE_CORRUPT:
-        case SQLITE_NOTADB: return " The database file is damaged; it was left as it is. Restore it from a copy.";
-        case SQLITE_CANTOPEN: return " The database file cannot be opened: check that it exists and may be read.";
-        default: return {};
+        case SQLITE_NOTADB:
+            return " The database file is damaged; it was left as it is. Restore it from a copy.";
+        case SQLITE_CANTOPEN:
+            return " The database file cannot be opened: check that it exists and may be read.";
+        default:
+            return {};
     }
 }
 
@@ -101,8 +107,7 @@ bool Statement::Step() {
 }
 
 void Statement::Run() {
-    while (Step()) {
-    }
+    while (Step()) {}
     Reset();
 }
 
@@ -143,8 +148,7 @@ Database::Database(const std::string& path, const OpenOptions& options) : path_(
     }
 }
 
-Database::Database(Database&& other) noexcept
-    : db_(std::exchange(other.db_, nullptr)), path_(std::move(other.path_)) {}
+Database::Database(Database&& other) noexcept : db_(std::exchange(other.db_, nullptr)), path_(std::move(other.path_)) {}
 
 Database& Database::operator=(Database&& other) noexcept {
     std::swap(db_, other.db_);
@@ -189,8 +193,8 @@ void Database::AddTextFunction(const char* name, TextFunction function) {
     };
     // The library takes the function over and deletes it, also when this call fails.
     auto* owned = new TextFunction(std::move(function));
-    const int code = sqlite3_create_function_v2(db_, name, 1, SQLITE_UTF8 | SQLITE_DIRECTONLY, owned, call, nullptr, nullptr,
-                                                [](void* taken) { delete static_cast<TextFunction*>(taken); });
+    const int code = sqlite3_create_function_v2(db_, name, 1, SQLITE_UTF8 | SQLITE_DIRECTONLY, owned, call, nullptr,
+                                                nullptr, [](void* taken) { delete static_cast<TextFunction*>(taken); });
     if (code != SQLITE_OK) Raise(db_, code, name);
 }
 

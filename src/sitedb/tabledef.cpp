@@ -26,17 +26,18 @@ struct TypeRow {
 };
 // Words compare exactly: "long" is no type.
 constexpr std::array kTypes{
-    TypeRow{"String", 10, 0, "TEXT"},      TypeRow{"A", 10, 0, "TEXT"},         TypeRow{"Counter", 4, 16, "INTEGER"},
-    TypeRow{"True/False", 1, 0, "INTEGER"}, TypeRow{"L", 1, 0, "INTEGER"},       TypeRow{"Byte", 2, 0, "INTEGER"},
-    TypeRow{"Integer", 3, 0, "INTEGER"},   TypeRow{"N", 3, 0, "INTEGER"},       TypeRow{"Long", 4, 0, "INTEGER"},
-    TypeRow{"P", 4, 0, "INTEGER"},         TypeRow{"Currency", 5, 0, "REAL"},   TypeRow{"Single", 6, 0, "REAL"},
-    TypeRow{"Double", 7, 0, "REAL"},       TypeRow{"Date/Time", 8, 0, "REAL"},  TypeRow{"Binary", 11, 0, "BLOB"},
-    TypeRow{"B", 11, 0, "BLOB"},           TypeRow{"Memo", 12, 0, "TEXT"},
+    TypeRow{"String", 10, 0, "TEXT"},     TypeRow{"A", 10, 0, "TEXT"},
+    TypeRow{"Counter", 4, 16, "INTEGER"}, TypeRow{"True/False", 1, 0, "INTEGER"},
+    TypeRow{"L", 1, 0, "INTEGER"},        TypeRow{"Byte", 2, 0, "INTEGER"},
+    TypeRow{"Integer", 3, 0, "INTEGER"},  TypeRow{"N", 3, 0, "INTEGER"},
+    TypeRow{"Long", 4, 0, "INTEGER"},     TypeRow{"P", 4, 0, "INTEGER"},
+    TypeRow{"Currency", 5, 0, "REAL"},    TypeRow{"Single", 6, 0, "REAL"},
+    TypeRow{"Double", 7, 0, "REAL"},      TypeRow{"Date/Time", 8, 0, "REAL"},
+    TypeRow{"Binary", 11, 0, "BLOB"},     TypeRow{"B", 11, 0, "BLOB"},
+    TypeRow{"Memo", 12, 0, "TEXT"},
 };
 
-std::string Quoted(std::string_view name) {
-    return "\"" + core::fReplace(name, "\"", "\"\"") + "\"";
-}
+std::string Quoted(std::string_view name) { return "\"" + core::fReplace(name, "\"", "\"\"") + "\""; }
 
 std::string Column(const std::vector<std::string>& row, std::size_t i) { return i < row.size() ? row[i] : ""; }
 
@@ -136,7 +137,8 @@ TableDef ParseTableDef(std::string_view text) {
 }
 
 TableDef ReadTableDef(const std::string& path) {
-    if (path.find('*') != std::string::npos) throw ErrorNumber(core::errnum::kDefPathWildcard, "BLDTDEFS_AddTable: " + path);
+    if (path.find('*') != std::string::npos)
+        throw ErrorNumber(core::errnum::kDefPathWildcard, "BLDTDEFS_AddTable: " + path);
     const core::ReadText file = core::ReadFile(path);
     if (!file.result || file.text.empty())
         throw ErrorNumber(core::errnum::kDefMissing, "The table definition file is missing or empty: " + path);
@@ -160,8 +162,8 @@ std::vector<IndexSql> CreateIndexSql(std::string_view table, const TableDef& def
     for (const IndexDef& index : def.indexes) {
         if (index.primary) continue;
         const std::string name = std::string(table) + "_" + index.name;
-        all.push_back({name, std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + Quoted(name) + " ON " +
-                                 Quoted(table) + " (" + FieldList(index) + ")"});
+        all.push_back({name, std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + Quoted(name) +
+                                 " ON " + Quoted(table) + " (" + FieldList(index) + ")"});
     }
     return all;
 }

@@ -10,7 +10,8 @@ namespace sitedb {
 
 struct FieldDef {
     std::string name{};
-    int type = 0;  // 10 text, 1 boolean, 2 byte, 3 integer, 4 long, 5 currency, 6 single, 7 double, 8 date, 11 binary, 12 memo
+    int type =
+        0;  // 10 text, 1 boolean, 2 byte, 3 integer, 4 long, 5 currency, 6 single, 7 double, 8 date, 11 binary, 12 memo
     int size = 0;
     int attributes = 0;  // 1 fixed size, 16 counter
 };

@@ -72,8 +72,9 @@ Clicks Visit_ListClicks(const std::vector<ClickLine>& lines) {
 
 VisitStore::VisitStore(Database& db) : db_(db) {
     const std::string columns(kColumns);
-    ofAddress_ = db_.Prepare("SELECT " + columns +
-                             " FROM visit WHERE FirstIP=? AND StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY VisitID");
+    ofAddress_ =
+        db_.Prepare("SELECT " + columns +
+                    " FROM visit WHERE FirstIP=? AND StartTimeStamp>=? AND StartTimeStamp<=? ORDER BY VisitID");
     linesOf_ = db_.Prepare(
         "SELECT Timestamp, LogLnID, PageID, Bytes, CntDupes FROM logline WHERE VisitID=? ORDER BY Timestamp, LogLnID");
     insert_ = db_.Prepare("INSERT INTO visit (" + columns +
@@ -159,7 +160,10 @@ void VisitStore::VisitPg_Store(std::int32_t visitId, const Clicks& clicks) {
     std::string pages;
     std::string bytes;
     const auto addRow = [&] {
-        addPages_.Bind(1, std::int64_t{visitId}).Bind(2, std::string_view(pages)).Bind(3, std::string_view(bytes)).Run();
+        addPages_.Bind(1, std::int64_t{visitId})
+            .Bind(2, std::string_view(pages))
+            .Bind(3, std::string_view(bytes))
+            .Run();
         pages.clear();
         bytes.clear();
     };
@@ -168,7 +172,8 @@ void VisitStore::VisitPg_Store(std::int32_t visitId, const Clicks& clicks) {
     while (!pageList.empty()) {
         const std::string_view page = TakeItem(pageList);
         const std::string_view total = TakeItem(byteList);
-        if (!pages.empty() && (pages.size() + 1 + page.size() > kClicksWidth || bytes.size() + 1 + total.size() > kClicksWidth))
+        if (!pages.empty() &&
+            (pages.size() + 1 + page.size() > kClicksWidth || bytes.size() + 1 + total.size() > kClicksWidth))
             addRow();
         if (!pages.empty()) {
             pages += '|';

@@ -17,7 +17,8 @@ constexpr std::size_t kRunBuffer = 4096;  // entries
 
 [[noreturn]] void Fail(const char* what) {
     throw core::ErrorNumber(core::errnum::kStore, std::string("A temporary file cannot be ") + what + ": " +
-                                                      std::strerror(errno) + ". Visits were not built; nothing is lost.");
+                                                      std::strerror(errno) +
+                                                      ". Visits were not built; nothing is lost.");
 }
 
 int OpenUnnamed(const std::string& folder) {

@@ -50,7 +50,8 @@ void VisitBuilder::DropAddresses(std::string_view sortText) {
 VisitBuilder::Address& VisitBuilder::AddressOf(const VisitLine& line) {
     sortText_.assign(line.IP).append(std::to_string(line.LogLnID));
     DropAddresses(sortText_);
-    const auto at = std::ranges::find_if(addresses_, [&](const auto& address) { return address->ip.size() >= line.IP.size(); });
+    const auto at =
+        std::ranges::find_if(addresses_, [&](const auto& address) { return address->ip.size() >= line.IP.size(); });
     if (at != addresses_.end() && (*at)->ip == line.IP) return **at;
     auto address = std::make_unique<Address>();
     address->ip = line.IP;

@@ -34,8 +34,8 @@ public:
     struct Settings {
         std::int32_t LmtVisitLines = 1000;
         std::int32_t LastVisitID = -1;
-        bool hasVisits = false;           // visits of earlier runs may be continued
-        std::int64_t earliest = 0;        // of the waiting lines' timestamps
+        bool hasVisits = false;     // visits of earlier runs may be continued
+        std::int64_t earliest = 0;  // of the waiting lines' timestamps
         std::int64_t latest = 0;
     };
     VisitBuilder(sitedb::VisitStore& store, Assignments& assignments, const Settings& settings);

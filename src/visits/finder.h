@@ -12,7 +12,7 @@
 
 namespace visits {
 
-inline constexpr std::int64_t kTimeOut = 7200;        // seconds
+inline constexpr std::int64_t kTimeOut = 7200;         // seconds
 inline constexpr std::int64_t kWindowForward = 14400;  // an earlier visit ends before the line's time plus this
 
 // A visit that lines can still join. Times in seconds of the day scale.
@@ -47,8 +47,8 @@ class VisitFinder {
 public:
     void Put(OpenVisit& visit, std::size_t index);
     // The index, or npos.
-    std::size_t Find(const std::vector<std::unique_ptr<OpenVisit>>& visits, std::string_view term, std::string_view engine,
-                     std::int64_t lineSeconds) const;
+    std::size_t Find(const std::vector<std::unique_ptr<OpenVisit>>& visits, std::string_view term,
+                     std::string_view engine, std::int64_t lineSeconds) const;
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
 private:

@@ -24,8 +24,8 @@ constexpr double kProgressEvery = 0.25;
 constexpr std::int64_t kManyLines = 50000;  // from here on the index of visits is made anew rather than kept
 constexpr char kEngineEnd = '\n';           // between engine and term
 
-// The term behind a stored referrer, as "engine\nterm"; nothing without a term. Referrers repeat, so what was worked out
-// is remembered.
+// The term behind a stored referrer, as "engine\nterm"; nothing without a term. Referrers repeat, so what was worked
+// out is remembered.
 class TermReader {
 public:
     TermReader(sitedb::Site& site, const logdefs::SearchEngines& engines) : site_(site), engines_(engines) {}
@@ -84,8 +84,7 @@ private:
 VisitBuilder::Settings Step2::Settings(sitedb::VisitStore& store) {
     VisitBuilder::Settings settings;
     settings.LmtVisitLines = site_.Options().LmtVisitLines;
-    const double stored =
-        env_.ini.IniGetNum("Main", "LastVisitID", site_.Paths().lastVals, core::Missing::Default, -1);
+    const double stored = env_.ini.IniGetNum("Main", "LastVisitID", site_.Paths().lastVals, core::Missing::Default, -1);
     const std::int32_t highest = store.HighestID();
     settings.LastVisitID = std::max(core::ToLong(stored), highest);
     settings.hasVisits = highest >= 0;
@@ -97,10 +96,11 @@ VisitBuilder::Settings Step2::Settings(sitedb::VisitStore& store) {
 }
 
 void Step2::Build(VisitBuilder& builder, std::int64_t waiting) {
-    dialogs::Report report(env_.progress,
-                           "Add. Step 2/3: Analysing log records. Creating stats for each visit. Add Log Data to Site DB: " +
-                               site_.Options().name,
-                           "log line", static_cast<double>(waiting));
+    dialogs::Report report(
+        env_.progress,
+        "Add. Step 2/3: Analysing log records. Creating stats for each visit. Add Log Data to Site DB: " +
+            site_.Options().name,
+        "log line", static_cast<double>(waiting));
     double nextStep = env_.clock.Seconds();
     sitedb::Statement rows = db_.Prepare(WaitingSql(site_.Options().LastKeepVal));
     for (; rows.Step(); ++outcome_.lines) {
@@ -196,12 +196,13 @@ void BuildVisits(core::Env& env, sitedb::Site& site, const logdefs::SearchEngine
 }
 
 void CleanUp(core::Env& env, sitedb::Site& site, VisitsOutcome& outcome) {
-    dialogs::Report report(env.progress,
-                           "Add. Step 3/3. Clean up and Compact database. Add Log Data to Site DB: " + site.Options().name,
-                           "step", 2);
+    dialogs::Report report(
+        env.progress, "Add. Step 3/3. Clean up and Compact database. Add Log Data to Site DB: " + site.Options().name,
+        "step", 2);
     site.Pages().Release();
     const bool changed = outcome.lines > 0 || outcome.visitsErased > 0 || outcome.linesIgnored > 0;
-    if (changed || site.Db().Scalar("PRAGMA freelist_count") > 0) outcome.compacted = sitedb::BLDTBL_CompactDB(site.Db());
+    if (changed || site.Db().Scalar("PRAGMA freelist_count") > 0)
+        outcome.compacted = sitedb::BLDTBL_CompactDB(site.Db());
     report.Step(1);
     if (core::Exists(site.Paths().temp)) core::RemoveDir(site.Paths().temp);
 }

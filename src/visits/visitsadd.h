@@ -30,8 +30,8 @@ struct VisitsOutcome {
     double compactSeconds = 0;
 };
 
-// Turns all lines without a visit into visits, erases what the site does not keep, compacts the file and clears the mark
-// of the unfinished add. All of it is one transaction: a visit is on disk complete or not at all.
+// Turns all lines without a visit into visits, erases what the site does not keep, compacts the file and clears the
+// mark of the unfinished add. All of it is one transaction: a visit is on disk complete or not at all.
 VisitsOutcome VisitsAdd(core::Env& env, sitedb::Site& site, const logdefs::SearchEngines& engines);
 
 }  // namespace visits

@@ -10,7 +10,11 @@ namespace {
 using Texts = std::vector<std::string>;
 
 TEST(pCutTerm, ListsEachCombinationOfEachLengthOnce) {
-    const struct { const char* term; int field; Texts values; } cases[] = {
+    const struct {
+        const char* term;
+        int field;
+        Texts values;
+    } cases[] = {
         {"a b c", kWordsAndPhrases, {"a", "b", "c", "a b", "b c", "a b c"}},
         {"a b c", kPhrases2, {"a b", "b c", "a b c"}},
         {"a b c", kPhrases3, {"a b c"}},
@@ -28,14 +32,19 @@ TEST(pCutTerm, ListsEachCombinationOfEachLengthOnce) {
 }
 
 TEST(TermWords, LoseWhatIsNoLetterOrDigitAtTheirEdges) {
-    const struct { const char* term; Texts words; } cases[] = {
+    const struct {
+        const char* term;
+        Texts words;
+    } cases[] = {
         {"(cheap, hotels!)", {"cheap", "hotels"}},
         {"t-shirt - o'brien", {"t-shirt", "o'brien"}},
         {"a  b", {"a", "b"}},
         {"--- ?!", {}},
         {"   ", {}},
         {"«КУПИТЬ» ½Ω", {"купить", "½ω"}},  // a fraction is a number, so it stays
-        {"\xE2\x82\xAC" "5", {"5"}},
+        {"\xE2\x82\xAC"
+         "5",
+         {"5"}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.term);

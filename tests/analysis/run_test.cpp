@@ -49,7 +49,11 @@ TEST(CVNA_VisitsAnalyse, TakesTheValuesOfItsFieldFromAVisit) {
     const TestSite::V fromRoot{.pages = {"/", "b.htm", "/", "y/data.xyz"}};
     const TestSite::V skippedStart{.engine = "B", .pages = {"logo.gif", "p/late.htm", "b.htm"}};
     const TestSite::V onlySkipped{.pages = {"logo.gif", "site.css"}};
-    const struct { int field; const TestSite::V* visit; Texts rows; } cases[] = {
+    const struct {
+        int field;
+        const TestSite::V* visit;
+        Texts rows;
+    } cases[] = {
         {kTerm, &walk, {"red shoes 1/1/3"}},  // each page number counts, also where two share a name
         {kTerm, &fromRoot, {" .. NOT SEARCH ENGINE ..  1/1/1"}},
         {kTerm, &skippedStart, {" .. NOT SEARCH ENGINE ..  1/1/1"}},
@@ -205,7 +209,11 @@ TEST(Visit_RefrLabel, TakesTheFirstOutsideHostOfTheLines) {
     s.Visit({.pages = {"a.htm"}});
     sitedb::Statement add = s.site->Db().Prepare(
         "INSERT INTO logline (LogLnID, VisitID, PageID, Timestamp, Referrer) VALUES (?, 1, 1, ?, ?)");
-    const struct { int id; std::int64_t stamp; const char* referrer; } lines[] = {
+    const struct {
+        int id;
+        std::int64_t stamp;
+        const char* referrer;
+    } lines[] = {
         {1, 20260105120005, "http://late.example/"},
         {2, 20260105120000, "-"},
         {3, 20260105120000, "https://Referrer.invalid/x"},

@@ -15,11 +15,14 @@ TEST(Tgt_Met, FollowsTheKind) {
     TestSite s;
     const std::vector<std::int32_t> pages{s.Page("a/Buy.htm"), s.Page("b.htm"), s.Page("buy2.htm")};
     const std::vector<double> bytes{100, 5000};
-    const struct { Target target; bool met; } cases[] = {
+    const struct {
+        Target target;
+        bool met;
+    } cases[] = {
         {{"", kSize, 100, {Contains("buy")}}, true},
-        {{"", kSize, 101, {Contains("buy")}}, false},  // a later page that matches does not help
+        {{"", kSize, 101, {Contains("buy")}}, false},                   // a later page that matches does not help
         {{"", kSize, 5000, {Contains(""), Contains("b.htm")}}, false},  // looks at the first filter only
-        {{"", kSize, 0, {Contains("buy2")}}, true},  // no bytes known: 0
+        {{"", kSize, 0, {Contains("buy2")}}, true},                     // no bytes known: 0
         {{"", kAny, 0, {Contains("none"), Contains(""), Contains("b.htm")}}, true},
         {{"", kAny, 0, {Contains("none")}}, false},
         {{"", kAll, 0, {Contains("htm")}}, false},  // never met
@@ -87,9 +90,13 @@ TEST(ThresholdOfRun, TakesTheKeyOfTheFieldLessOne) {
     s.Put("ThresholdTrk", "");
     StoreThresholdDefaults(s.ini);
     EXPECT_EQ(s.ini.IniGet("Main", "ThresholdTrk", core::kBySection), "4");
-    const struct { int field; std::optional<std::int32_t> given; std::int32_t threshold; } cases[] = {
-        {kDir, {}, 6}, {kTrack, {}, 3}, {kWords7, {}, 3}, {kReferrer, 9, 0},
-        {kEngine, {}, 0}, {kTerm, 1, 0}, {kTerm, 0, 0},
+    const struct {
+        int field;
+        std::optional<std::int32_t> given;
+        std::int32_t threshold;
+    } cases[] = {
+        {kDir, {}, 6},    {kTrack, {}, 3}, {kWords7, {}, 3}, {kReferrer, 9, 0},
+        {kEngine, {}, 0}, {kTerm, 1, 0},   {kTerm, 0, 0},
     };
     for (const auto& c : cases) {
         AnalysisRequest request;

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""model_flow.py CLI LOGGEN [LOG...]: adds logs with the program and with the independent model beside it
+"""model_flow.py CLI LOGGEN [--format NAME] [LOG...]: adds logs with the program and with the independent model beside it
 (tests/model), and compares every row of the four tables and every cell of the reports.
 
-Without LOGs it makes its own, hostile lines among them. With LOGs (combined format) it takes those instead.
+Without LOGs it makes its own, hostile lines among them. With LOGs it takes those instead; scenarios that know
+of two files share them out.
 Ends with "N passed, N failed".
 """
 
@@ -74,7 +75,7 @@ def make_logs(loggen, folder, seed):
         with open(path, "wb") as stream:
             stream.writelines(lines)
         paths.append(path)
-    return paths
+    return [[path] for path in paths]
 
 
 def run(command, allowed=(0,)):
@@ -85,8 +86,8 @@ def run(command, allowed=(0,)):
 
 
 class Flow:
-    def __init__(self, cli, folder):
-        self.cli, self.folder = cli, folder
+    def __init__(self, cli, folder, log_format):
+        self.cli, self.folder, self.format = cli, folder, log_format
         self.home = os.path.join(folder, "home")
         self.passed = self.failed = 0
 
@@ -109,10 +110,10 @@ class Flow:
             if key in options:
                 self.program("option", "set", key, str(options[key]))
         for files in scenario["adds"]:
-            self.program("add", "--format", "apache-combined", "--filter", "all",
+            self.program("add", "--format", self.format, "--filter", "all",
                          "--%srobots" % ("" if scenario["robots"] else "no-"),
                          "--%scomponents" % ("" if scenario["components"] else "no-"),
-                         "--overlap", "add", "--invalid", "skip", *[logs[i] for i in files])
+                         "--overlap", "add", "--invalid", "skip", *[log for i in files for log in logs[i]])
 
     def reports(self, fields):
         listed = []
@@ -140,7 +141,7 @@ class Flow:
         site = json.loads(self.program("site", "show", "--json"))
         job = {"params": os.path.join(self.home, "param"), "site_params": os.path.join(site["folder"], "param"),
                "options": scenario["options"], "reports": reports,
-               "adds": [{"files": [logs[i] for i in files], "format": "apache-combined", "filter": "all",
+               "adds": [{"files": [log for i in files for log in logs[i]], "format": self.format, "filter": "all",
                          "robots": scenario["robots"], "components": scenario["components"], "overlap": "add", "invalid": "skip"}
                         for files in scenario["adds"]]}
         job_file, made = os.path.join(self.folder, "job.json"), os.path.join(self.folder, "model")
@@ -160,12 +161,15 @@ class Flow:
 
 def main():
     cli, loggen = (os.path.abspath(word) for word in sys.argv[1:3])
-    own_logs = [os.path.abspath(word) for word in sys.argv[3:]]
+    words = sys.argv[3:]
+    log_format = words[1] if words[:1] == ["--format"] else "apache-combined"
+    given = [os.path.abspath(word) for word in words[2 if words[:1] == ["--format"] else 0:]]
+    own_logs = [given[:(len(given) + 1) // 2], given[(len(given) + 1) // 2:]] if given else None
     passed = failed = 0
     for scenario in SCENARIOS:
         folder = tempfile.mkdtemp(prefix="corvane-flow-")
         try:
-            flow = Flow(cli, folder)
+            flow = Flow(cli, folder, log_format)
             flow.scenario(scenario, own_logs or make_logs(loggen, folder, scenario["seed"]))
             passed, failed = passed + flow.passed, failed + flow.failed
         finally:

@@ -20,12 +20,67 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kWords[] = {
-    "|", "{{||{{", "!!", "{", "}", "%S", "%W", "%w", "%*s", "%%", "\\n", "\\t", "\xC2\xA0\xC2\xA0", "!~!@#!", "\xFF", "\xC3",
-    "\xE2\x82\xAC", "\xC4\xB0", "\"", "\r\n", "\n", "\n\n", "\t", " ", "http://", "https://", "www.", "//", "#", "?", ";",
-    "%25", "%u1234", "%00", "%", "*/*", "::", "*", "[!a-z]", "=", "[Main]\n", "SplitEntry.", "99999", "1e300", "-1", "d5",
-    "2147483648", "P", "UQ", "+", "~4", "~5", "31/Dec/9999", "\x1B[2J", "' OR ''='", "CREATE", "FIELD DEFINITIONS START\n",
-    "200", "404", "q=", "Do not exclude any part"};
+constexpr std::string_view kWords[] = {"|",
+                                       "{{||{{",
+                                       "!!",
+                                       "{",
+                                       "}",
+                                       "%S",
+                                       "%W",
+                                       "%w",
+                                       "%*s",
+                                       "%%",
+                                       "\\n",
+                                       "\\t",
+                                       "\xC2\xA0\xC2\xA0",
+                                       "!~!@#!",
+                                       "\xFF",
+                                       "\xC3",
+                                       "\xE2\x82\xAC",
+                                       "\xC4\xB0",
+                                       "\"",
+                                       "\r\n",
+                                       "\n",
+                                       "\n\n",
+                                       "\t",
+                                       " ",
+                                       "http://",
+                                       "https://",
+                                       "www.",
+                                       "//",
+                                       "#",
+                                       "?",
+                                       ";",
+                                       "%25",
+                                       "%u1234",
+                                       "%00",
+                                       "%",
+                                       "*/*",
+                                       "::",
+                                       "*",
+                                       "[!a-z]",
+                                       "=",
+                                       "[Main]\n",
+                                       "SplitEntry.",
+                                       "99999",
+                                       "1e300",
+                                       "-1",
+                                       "d5",
+                                       "2147483648",
+                                       "P",
+                                       "UQ",
+                                       "+",
+                                       "~4",
+                                       "~5",
+                                       "31/Dec/9999",
+                                       "\x1B[2J",
+                                       "' OR ''='",
+                                       "CREATE",
+                                       "FIELD DEFINITIONS START\n",
+                                       "200",
+                                       "404",
+                                       "q=",
+                                       "Do not exclude any part"};
 
 long Setting(const char* name, long otherwise) {
     const char* value = std::getenv(name);
@@ -56,16 +111,24 @@ public:
 private:
     static constexpr std::size_t kMost = 4096;
 
-    std::size_t Below(std::size_t end) { return end == 0 ? 0 : std::uniform_int_distribution<std::size_t>(0, end - 1)(dice_); }
+    std::size_t Below(std::size_t end) {
+        return end == 0 ? 0 : std::uniform_int_distribution<std::size_t>(0, end - 1)(dice_);
+    }
     char Byte() { return static_cast<char>(Below(256)); }
 
     void Change(std::string& text) {
         const std::size_t at = Below(text.size() + 1);
         const std::size_t length = std::min(Below(16) + 1, text.size() - at);
         switch (Below(7)) {
-            case 0: text.insert(at, 1, Byte()); break;
-            case 1: text.erase(at, length); break;
-            case 2: text.insert(at, text.substr(Below(text.size() + 1), Below(64))); break;
+            case 0:
+                text.insert(at, 1, Byte());
+                break;
+            case 1:
+                text.erase(at, length);
+                break;
+            case 2:
+                text.insert(at, text.substr(Below(text.size() + 1), Below(64)));
+                break;
             case 3: {
                 const std::string& other = corpus_[Below(corpus_.size())];
                 text.replace(at, length, other.substr(Below(other.size() + 1), Below(64)));
@@ -74,7 +137,9 @@ private:
             case 4:
                 if (at < text.size()) text[at] = Byte();
                 break;
-            default: text.insert(at, kWords[Below(std::size(kWords))]); break;
+            default:
+                text.insert(at, kWords[Below(std::size(kWords))]);
+                break;
         }
     }
 
@@ -89,7 +154,8 @@ bool Holds(const Target& target, const std::string& input) {
         target.run(bytes, input.size());
         return true;
     } catch (const std::exception& error) {
-        ADD_FAILURE() << target.name << ": " << error.what() << "\ninput: " << testing::PrintToString(input.substr(0, 2000));
+        ADD_FAILURE() << target.name << ": " << error.what()
+                      << "\ninput: " << testing::PrintToString(input.substr(0, 2000));
         return false;
     }
 }

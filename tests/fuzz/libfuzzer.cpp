@@ -2,4 +2,6 @@
 // is kept.
 #include "tests/fuzz/targets.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { return fuzz::FUZZ_TARGET(data, size); }
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    return fuzz::FUZZ_TARGET(data, size);
+}

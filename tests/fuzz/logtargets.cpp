@@ -39,7 +39,8 @@ void CheckRecord(const logdefs::LogLnFields& fields) {
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view text) : fd_(::memfd_create("log", MFD_CLOEXEC)) {
-        Need(fd_ >= 0 && ::write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "no file in memory");
+        Need(fd_ >= 0 && ::write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
+             "no file in memory");
     }
     ~MemoryFile() { ::close(fd_); }
     MemoryFile(const MemoryFile&) = delete;
@@ -93,7 +94,8 @@ int RunFormatLine(const std::uint8_t* data, std::size_t size) {
     const std::string text = core::ToUtf8(TextOf(data, size));
     const std::size_t middle = text.find("\n\n");
     const std::string_view templates = std::string_view(text).substr(0, middle);
-    const std::string_view line = middle == std::string::npos ? std::string_view() : std::string_view(text).substr(middle + 2);
+    const std::string_view line =
+        middle == std::string::npos ? std::string_view() : std::string_view(text).substr(middle + 2);
     core::StrArray specs(0, {""});
     for (const std::string_view spec : Parts(templates, 4)) specs.Append(std::string(spec));
     const logdefs::LogFormat format(specs);
@@ -138,7 +140,8 @@ int RunTableDef(const std::uint8_t* data, std::size_t size) {
         if (def.fields.empty()) return 0;
         sitedb::Database db(":memory:", {.create = true});
         db.Exec(sitedb::CreateTableSql("logline", def));
-        Need(Count(db, "type<>'index'") == 1 + Count(db, "name='sqlite_sequence'"), "a definition makes more than its table");
+        Need(Count(db, "type<>'index'") == 1 + Count(db, "name='sqlite_sequence'"),
+             "a definition makes more than its table");
         for (const sitedb::IndexSql& index : sitedb::CreateIndexSql("logline", def)) db.Exec(index.create);
         Need(Count(db, "type='table' AND name='logline'") == 1, "the table has another name");
         Need(Count(db, "type IN ('trigger','view')") == 0, "a definition makes a trigger or a view");
@@ -153,7 +156,8 @@ int RunReader(const std::uint8_t* data, std::size_t size) {
     const std::string lines = LinesOf(file.Path(), logread::kReadChunk);
     for (const std::size_t chunk : {std::size_t{7}, std::size_t{4096}, std::size_t{1} << 22U})
         Need(LinesOf(file.Path(), chunk) == lines, "another chunk gives other lines");
-    if (size < 500) Need(core::FileSize(file.Path()) > 5000 || LinesOf(file.Path(), 1) == lines, "chunks of 1 give other lines");
+    if (size < 500)
+        Need(core::FileSize(file.Path()) > 5000 || LinesOf(file.Path(), 1) == lines, "chunks of 1 give other lines");
     return 0;
 }
 

@@ -22,11 +22,14 @@ namespace fs = std::filesystem;
 constexpr std::string_view kFirst =
     "192.0.2.1 - - [01/Mar/2026:08:00:00 +0000] \"GET / HTTP/1.1\" 200 100 \"-\" \"A\"\n";
 constexpr std::string_view kLast =
-    "\n192.0.2.1 - - [02/Mar/2026:08:00:00 +0000] \"GET /last HTTP/1.1\" 200 100 \"https://www.google.com/search?q=a+b\" \"A\"\n";
+    "\n192.0.2.1 - - [02/Mar/2026:08:00:00 +0000] \"GET /last HTTP/1.1\" 200 100 "
+    "\"https://www.google.com/search?q=a+b\" \"A\"\n";
 
 class Silent final : public core::User, public core::Progress {
 public:
-    core::Answer Ask(const core::Question& question) override { return {.button = 1, .cancelButton = question.cancelButton}; }
+    core::Answer Ask(const core::Question& question) override {
+        return {.button = 1, .cancelButton = question.cancelButton};
+    }
     int PIStart(std::string_view, std::string_view, double) override { return 1; }
     bool PIStep(int, double, std::string_view) override { return false; }
     void PIDone(int) override {}
@@ -65,9 +68,12 @@ void CheckTexts(sitedb::Database& db, const std::string& table, const std::strin
 void CheckStored(sitedb::Site& site) {
     sitedb::Database& db = site.Db();
     Need(site.WaitingLines() == 0, "lines wait for visits");
-    Need(db.Scalar("SELECT count(*) FROM logline l LEFT JOIN visit v ON v.VisitID=l.VisitID WHERE v.VisitID IS NULL") == 0,
+    Need(db.Scalar("SELECT count(*) FROM logline l LEFT JOIN visit v ON v.VisitID=l.VisitID WHERE v.VisitID IS NULL") ==
+             0,
          "a line has no visit");
-    Need(db.Scalar("SELECT count(*) FROM visit v WHERE Files<>(SELECT count(*) FROM logline l WHERE l.VisitID=v.VisitID)") == 0,
+    Need(db.Scalar(
+             "SELECT count(*) FROM visit v WHERE Files<>(SELECT count(*) FROM logline l WHERE l.VisitID=v.VisitID)") ==
+             0,
          "a visit counts other lines than it has");
     Need(db.Scalar("SELECT count(*) FROM referrerwait") == 0, "referrers wait");
     Need(db.Scalar("SELECT integrity_check='ok' FROM pragma_integrity_check") == 1, "integrity_check");

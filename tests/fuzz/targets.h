@@ -43,10 +43,17 @@ struct Target {
     int (*run)(const std::uint8_t*, std::size_t);
 };
 inline constexpr std::array kTargets{
-    Target{"formatline", RunFormatLine}, Target{"numbers", RunNumbers}, Target{"lists", RunLists},
-    Target{"ini", RunIni},               Target{"engines", RunEngines}, Target{"names", RunNames},
-    Target{"rules", RunRules},           Target{"csv", RunCsv},         Target{"tabledef", RunTableDef},
-    Target{"reader", RunReader},         Target{"site", RunSite},
+    Target{"formatline", RunFormatLine},
+    Target{"numbers", RunNumbers},
+    Target{"lists", RunLists},
+    Target{"ini", RunIni},
+    Target{"engines", RunEngines},
+    Target{"names", RunNames},
+    Target{"rules", RunRules},
+    Target{"csv", RunCsv},
+    Target{"tabledef", RunTableDef},
+    Target{"reader", RunReader},
+    Target{"site", RunSite},
 };
 
 }  // namespace fuzz

@@ -37,7 +37,8 @@ void CheckDates(double a, double b, double c) {
     }
     core::TimeSerial(a, b, c);
     const core::Hms time = core::HmsOf(a);
-    Need(time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 && time.second >= 0 && time.second < 60,
+    Need(time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 && time.second >= 0 &&
+             time.second < 60,
          "a time of day outside the day");
     core::SplitMoment(b);
     core::TS_Date(a);
@@ -90,7 +91,8 @@ int RunNumbers(const std::uint8_t* data, std::size_t size) {
         values[i] = core::fNum(parts[i]);
         Need(std::isfinite(values[i]), "fNum gives no number");
         const double again = core::fNum(core::NumText(values[i]));
-        Need(std::fabs(again - values[i]) <= std::fabs(values[i]) * 1e-14 || std::fabs(values[i]) < 1e-290, "NumText loses the value");
+        Need(std::fabs(again - values[i]) <= std::fabs(values[i]) * 1e-14 || std::fabs(values[i]) < 1e-290,
+             "NumText loses the value");
         core::IsNumeric(parts[i]);
         const int month = core::MonthOf(parts[i]);
         Need(month >= 0 && month <= 12, "a month outside the year");
@@ -117,7 +119,8 @@ int RunLists(const std::uint8_t* data, std::size_t size) {
     const std::string text = core::ToUtf8(TextOf(data, size));
     std::vector<std::string> items;
     for (const std::string_view item : Parts(text, 64)) items.emplace_back(item);
-    for (const core::CDSForm& form : {core::CDSForm{}, core::kBraceForm, core::CDSForm{":::"}, core::CDSForm{"|", "<>"}}) {
+    for (const core::CDSForm& form :
+         {core::CDSForm{}, core::kBraceForm, core::CDSForm{":::"}, core::CDSForm{"|", "<>"}}) {
         CheckList(items, form);
         core::CDSSplit(text, form);
         core::CDSRemove(text, items.front(), form);
@@ -141,7 +144,8 @@ int RunIni(const std::uint8_t* data, std::size_t size) {
     const std::string_view value = parts.size() > 1 ? parts[1] : parts[0];
     for (const std::string_view any : {value, parts.back()}) {
         const std::string encoded = core::IniEncodeValue(any);
-        Need(encoded.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos, "an encoded value is more than a line");
+        Need(encoded.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos,
+             "an encoded value is more than a line");
         Need(core::IsUtf8(encoded), "an encoded value is no UTF-8");
         Need(core::IniDecodeValue(encoded) == any, "an encoded value reads otherwise");
         core::IniDecodeValue(any);
@@ -180,7 +184,8 @@ int RunNames(const std::uint8_t* data, std::size_t size) {
     Need(core::IsUtf8(core::LowerUtf8(text)) && core::IsUtf8(core::UpperUtf8(text)), "a change of case gives no UTF-8");
     for (const int width : {0, 1, 2, 3, 7, 50}) {
         const core::Cut cut = core::fLeft(text, width, "..");
-        Need(core::IsUtf8(cut.text) && (width < 2 || cut.text.size() <= static_cast<std::size_t>(width)), "a cut splits a letter");
+        Need(core::IsUtf8(cut.text) && (width < 2 || cut.text.size() <= static_cast<std::size_t>(width)),
+             "a cut splits a letter");
         Need(core::IsUtf8(core::fMid(text, width, width)), "a piece splits a letter");
     }
     return 0;
@@ -202,7 +207,8 @@ int RunRules(const std::uint8_t* data, std::size_t size) {
     }
     const logdefs::FltrRule contains{logdefs::kContains, std::string(pattern), true};
     if (!pattern.empty())
-        Need(logdefs::FltrRuleTest(value, contains) == (value.find(pattern) != std::string_view::npos), "Contains errs");
+        Need(logdefs::FltrRuleTest(value, contains) == (value.find(pattern) != std::string_view::npos),
+             "Contains errs");
     return 0;
 }
 
@@ -220,7 +226,8 @@ int RunCsv(const std::uint8_t* data, std::size_t size) {
     }
     if (text.find('"') != std::string_view::npos) return 0;  // reading drops quotes
     const std::string line = dialogs::CsvLine(cells);
-    Need(dialogs::CsvReadLine(std::string_view(line).substr(0, line.size() - 2)) == cells, "a written line reads otherwise");
+    Need(dialogs::CsvReadLine(std::string_view(line).substr(0, line.size() - 2)) == cells,
+         "a written line reads otherwise");
     return 0;
 }
 

@@ -45,7 +45,7 @@ class Dump:
 
 
 def read_dump(home, aside=True):
-    """The database as it would be opened. `aside` reads a copy: opening plays a journal back, which is the program's to do."""
+    """The database as it would be opened. `aside` reads a copy: playing a journal back is the program's to do."""
     database = home.database
     need(database.exists() or Path(str(database) + ".temp").exists(), "there is no database under its name")
     folder = home.bench.home().folder if aside else None
@@ -116,7 +116,8 @@ def _overflow(dump):
     """Lists too long for the row of their visit: the rows of visitpages, put together again in their order."""
     parts = defaultdict(list)
     for row in dump.records("visitpages"):
-        parts[row["visitID"]].append((row["CDSClickFurtherPageIDs"].decode(), row["CDSBytesClickFurtherPageIDs"].decode()))
+        pages, sizes = row["CDSClickFurtherPageIDs"], row["CDSBytesClickFurtherPageIDs"]
+        parts[row["visitID"]].append((pages.decode(), sizes.decode()))
     return {visit: ("|".join(pages for pages, _ in rows), "|".join(sizes for _, sizes in rows))
             for visit, rows in parts.items()}
 
@@ -141,7 +142,8 @@ def check_conservation(dump):
         need(first and first[0]["Timestamp"] == visit["StartTimeStamp"] and first[0]["PageID"] == visit["StartPageID"],
              f"visit {number} does not start with its start line")
         need(all(line["IP"] == visit["FirstIP"] for line in own), f"visit {number} has lines of other addresses")
-        need(_stored_lists(visit, overflow) == _click_lists(own), f"visit {number} has other click lists than its lines")
+        need(_stored_lists(visit, overflow) == _click_lists(own),
+             f"visit {number} has other click lists than its lines")
     lost = set(lines) - seen
     need(not lost, f"{len(lost)} visits are named by lines and not there, the first is {min(lost, default=None)}")
 

@@ -64,11 +64,10 @@ SCHEMAS = (
     "UPDATE page SET Filename=zeroblob(9000000) WHERE PageID=1",
     "UPDATE visit SET StzdSearchTerm=CAST(x'c328' AS TEXT), SearchEngine=NULL",
     "CREATE TRIGGER t AFTER INSERT ON logline BEGIN DELETE FROM visit; END",
-    "CREATE TABLE referrerwait2 (x); DROP TABLE referrerwait; CREATE VIEW referrerwait AS SELECT 1 AS LogLnID, 2 AS Referrer",
+    "DROP TABLE referrerwait; CREATE VIEW referrerwait AS SELECT 1 AS LogLnID, 2 AS Referrer",
     "PRAGMA user_version=99",
     "PRAGMA application_id=7",
     "PRAGMA journal_mode=WAL",
-    "PRAGMA encoding",
 )
 
 

@@ -68,10 +68,15 @@ public:
         ++calls_;
         if (kind_ == Kind::None || at_ <= 0 || calls_ < at_) return 0;
         switch (kind_) {
-            case Kind::Kill: ::raise(SIGKILL); return EIO;
-            case Kind::EioOnce: return calls_ == at_ ? EIO : 0;
-            case Kind::EioFrom: return EIO;
-            default: return call == Call::Write || call == Call::Make ? ENOSPC : 0;
+            case Kind::Kill:
+                ::raise(SIGKILL);
+                return EIO;
+            case Kind::EioOnce:
+                return calls_ == at_ ? EIO : 0;
+            case Kind::EioFrom:
+                return EIO;
+            default:
+                return call == Call::Write || call == Call::Make ? ENOSPC : 0;
         }
     }
     int Judge(Call call, int fd) {
@@ -117,9 +122,7 @@ ssize_t Write(int fd, std::size_t bytes, Writer writer) {
 }
 
 // Reading the mode argument that stands there only when a file may be made.
-mode_t ModeOf(int flags, va_list rest) {
-    return (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
-}
+mode_t ModeOf(int flags, va_list rest) { return (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0; }
 
 int JudgeOpen(int folder, const char* path, int flags) {
     return (flags & O_CREAT) != 0 ? Faults().Judge(Call::Make, folder, path) : 0;

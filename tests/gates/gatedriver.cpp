@@ -30,7 +30,9 @@ constexpr double kClockStep = 0.3;  // seconds from one look at the clock to the
 
 class Answers final : public core::User {
 public:
-    core::Answer Ask(const core::Question& question) override { return {.button = 1, .cancelButton = question.cancelButton}; }
+    core::Answer Ask(const core::Question& question) override {
+        return {.button = 1, .cancelButton = question.cancelButton};
+    }
 };
 
 class StopAt final : public core::Progress {

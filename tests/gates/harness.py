@@ -44,8 +44,8 @@ class Home:
         return self.site / "data" / "site1.mdb"
 
     def run(self, *words, env=None, timeout=TIMEOUT):
-        command = [str(self.bench.driver), "--home", str(self.folder), "--shared", str(self.bench.shared), *map(str, words)]
-        return self.bench.spawn(command, env, timeout)
+        places = ["--home", str(self.folder), "--shared", str(self.bench.shared)]
+        return self.bench.spawn([str(self.bench.driver), *places, *map(str, words)], env, timeout)
 
     def work(self, *words, env=None):
         """A run that must end well."""
@@ -118,12 +118,13 @@ class Bench:
         """Lines of a made-up log. `distinct` leaves out those that a site may take for one another."""
         path = self.folder / f"made-{lines}-{seed}.log"
         if not path.exists():
-            done = self.spawn([str(self.loggen), "--lines", str(lines), "--seed", str(seed), "--clean", "-o", str(path)])
+            done = self.spawn([str(self.loggen), "--lines", str(lines), "--seed", str(seed), "--clean",
+                               "-o", str(path)])
             need(done.status == 0, f"corvane-loggen: {done.err}")
         kept, seen = [], set()
         for line in path.read_bytes().splitlines(keepends=True):
-            parts = line.split(b'"')
-            key = (parts[0].split()[0], parts[0].split(b"[")[-1], parts[1].split(b"?")[0], parts[2]) if len(parts) > 2 else line
+            head, request, result = line.split(b'"')[:3]
+            key = (head.split()[0], head.split(b"[")[-1], request.split(b"?")[0], result)
             if distinct and key in seen:
                 continue
             seen.add(key)

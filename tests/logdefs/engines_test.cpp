@@ -86,8 +86,8 @@ TEST(DeliveredData, EveryExampleGivesItsEngineAndTerm) {
 TEST(DeliveredDefinitions, KnowTheImportantEngines) {
     testsupport::ScriptedUser user;
     core::IniStore ini(user);
-    const SearchEngines engines = SearchEngines::SEDefsLoad(
-        ini, {PARAMS_DIR "/program/logfmts.ini", PARAMS_DIR "/program/lastinstvals.ini"});
+    const SearchEngines engines =
+        SearchEngines::SEDefsLoad(ini, {PARAMS_DIR "/program/logfmts.ini", PARAMS_DIR "/program/lastinstvals.ini"});
     int known = 0;
     for (const auto& row : testsupport::ReadTsv(TEST_DATA "/params/engines.tsv")) {
         if (row.at("important") != "yes") continue;

@@ -62,7 +62,8 @@ TEST(FltrTestLine, InvertsTheWholeAndCountsWhatItSkips) {
         set.seen.Clear();
         std::string skipped;
         for (const char* value : {"x", "a", "b", "ab"})
-            if (FltrTestLine(LineOf(value).fields, set).skip) skipped += (skipped.empty() ? "" : ",") + std::string(value);
+            if (FltrTestLine(LineOf(value).fields, set).skip)
+                skipped += (skipped.empty() ? "" : ",") + std::string(value);
         EXPECT_EQ(skipped, c.skipped) << c.any << c.invert;
     }
     EXPECT_EQ(set.HitCount, 1 + 3 + 3 + 1);

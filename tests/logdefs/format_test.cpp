@@ -52,7 +52,7 @@ TEST(LogLnInterpret, TakesTheFirstSpecificationThatFitsAndNothingOfTheOthers) {
 TEST(LogLnInterpret, UnescapesSeparatorsInTheOrderOfTheTable) {
     EXPECT_EQ(Cut("%S%%%r;", "a%b;", {kIP, kFile}), "[a][b]");
     EXPECT_EQ(Cut("%S\\t%r;", "a\tb;", {kIP, kFile}), "[a][b]");
-    EXPECT_EQ(Cut("%S\\\\t%r;", "a\\\tb;", {kIP, kFile}), "[a][b]");  // the tab row runs first
+    EXPECT_EQ(Cut("%S\\\\t%r;", "a\\\tb;", {kIP, kFile}), "[a][b]");   // the tab row runs first
     EXPECT_EQ(Cut("%S%%%%x%r;", "a%%xb;", {kIP, kFile}), "no match");  // reads as a reference to nothing
 }
 
@@ -61,8 +61,8 @@ TEST(LogLnInterpret, MatchesWhitespaceTokens) {
     EXPECT_EQ(Cut("%S%w%r;", "ab;", {kIP, kFile}), "no match");
     EXPECT_EQ(Cut("%S:%W%r;", "a:b;", {kIP, kFile}), "[a][b]");
     EXPECT_EQ(Cut("%S:%W\"%r;", "a:x:  \"b;", {kIP, kFile}), "[a:x][b]");
-    EXPECT_EQ(Cut("%S%W%r;", "a b;", {kIP, kFile}), "no match");     // %W alone has no anchor
-    EXPECT_EQ(Cut("%S\\n%r;", "a\\nb;", {kIP, kFile}), "[a][b]");    // the two characters, not a line end
+    EXPECT_EQ(Cut("%S%W%r;", "a b;", {kIP, kFile}), "no match");   // %W alone has no anchor
+    EXPECT_EQ(Cut("%S\\n%r;", "a\\nb;", {kIP, kFile}), "[a][b]");  // the two characters, not a line end
     EXPECT_EQ(Cut("%STrue%w%r;", "a\r b;", {kIP, kFile}), "[a][b]");
     EXPECT_EQ(Cut("%S,%w%r;", "a,b, c;", {kIP, kFile}), "[a,b][c]");
 }
@@ -92,16 +92,16 @@ TEST(LineClock, ReadsTheDatesOfLogs) {
         {"%d/%m/%y;", "1/2/03;", 20030201000000},
         {"%d/%m/%y;", "1/2/61;", 19610201000000},
         {"%d/%m/%Z;", "1/2/1999;", 19990201000000},
-        {"%d %M;", "5 february;", 20000205000000},           // no year
-        {"%d %M %Y;", "5 17 2009;", 20090105000000},         // a number where a month's name should be
-        {"%d %M %Y;", "5 Foo 2009;", 20081205000000},        // month 0 is December of the year before
+        {"%d %M;", "5 february;", 20000205000000},     // no year
+        {"%d %M %Y;", "5 17 2009;", 20090105000000},   // a number where a month's name should be
+        {"%d %M %Y;", "5 Foo 2009;", 20081205000000},  // month 0 is December of the year before
         {"%d/%m/%Y;", "0/3/2009;", 20090228000000},
         {"%d/%m/%Y;", "31/4/2009;", 20090501000000},
         {"%d/%m/%Y;", "1/1/99999;", 18991230000000},
         {"%d/%m/%Y;", "1e300/1/2009;", 18991230000000},
         {"%h:%n %a;%d;", "12:00 a;1;", 19991201000000},
         {"%h:%n %a;%d;", "11:30 P;1;", 19991201233000},
-        {"%h:%n %a;%d;", "11:30 pm;1;", 19991201113000},     // written in full it does nothing
+        {"%h:%n %a;%d;", "11:30 pm;1;", 19991201113000},  // written in full it does nothing
         {"%h:%n;%d;", "25:00;1;", 19991201010000},
     };
     for (const auto& c : cases) {
@@ -125,9 +125,9 @@ TEST(DeliveredFormats, CutTheirExamples) {
     const struct {
         const char* column;
         int field;
-    } columns[] = {{"expected_address", kIP},   {"expected_file", kFile},     {"expected_query", kQuery},
-                   {"expected_referrer", kReferrer}, {"expected_agent", kAgent}, {"expected_status", kStatus},
-                   {"expected_bytes", kBytes},  {"expected_micros", kProcTime}, {"expected_vhost", kVirtualHost},
+    } columns[] = {{"expected_address", kIP},        {"expected_file", kFile},       {"expected_query", kQuery},
+                   {"expected_referrer", kReferrer}, {"expected_agent", kAgent},     {"expected_status", kStatus},
+                   {"expected_bytes", kBytes},       {"expected_micros", kProcTime}, {"expected_vhost", kVirtualHost},
                    {"expected_user", kUserNo}};
     int cut = 0;
     for (const testsupport::TsvRow& row : testsupport::ReadTsv(TEST_DATA "/params/formats.tsv")) {

@@ -93,9 +93,10 @@ TEST(RawLog_AddData_ReadLogFiles, TestsStatusThenFiltersInTheirOrder) {
     const auto line = [](const char* file, int status, const char* agent) {
         return Combined("1.1.1.1", "02/Mar/2009:08:00:00", file, "-", status, 10, agent);
     };
-    const ReadOutcome read = home.Read({line("/x.gif", 404, "bot") + line("/x.gif", 200, "bot") + line("/a.gif", 200, "bot") +
-                                        line("/a", 200, "bot") + line("/a", 200, "browser") + line("/b", 600, "browser")},
-                                       std::move(request));
+    const ReadOutcome read =
+        home.Read({line("/x.gif", 404, "bot") + line("/x.gif", 200, "bot") + line("/a.gif", 200, "bot") +
+                   line("/a", 200, "bot") + line("/a", 200, "browser") + line("/b", 600, "browser")},
+                  std::move(request));
     EXPECT_EQ(read.totals.AllLinesRead, 6);
     EXPECT_EQ(read.totals.AllFiltered, 1);
     EXPECT_EQ(read.totals.AllComps, 1);
@@ -131,7 +132,8 @@ TEST(RawLog_AddData_ReadLogFiles, AStopKeepsTheLinesSoFar) {
 TEST(RawLog_AddData_ReadLogFiles, GivesTheSameLinesForAnyChunkAndBatch) {
     std::string log;
     for (int i = 0; i < 300; ++i)
-        log += Combined("1.1.1." + std::to_string(i % 7), "02/Mar/2009:08:00:00", "/p" + std::to_string(i % 11)) + (i % 50 == 0 ? "x\n" : "");
+        log += Combined("1.1.1." + std::to_string(i % 7), "02/Mar/2009:08:00:00", "/p" + std::to_string(i % 11)) +
+               (i % 50 == 0 ? "x\n" : "");
     std::vector<std::string> first;
     for (const std::size_t chunk : {std::size_t{1}, std::size_t{7}, std::size_t{4096}, std::size_t{1} << 20}) {
         ReadSite home;
@@ -148,8 +150,9 @@ TEST(RawLog_AddData_ReadLogFiles, GivesTheSameLinesForAnyChunkAndBatch) {
 
 TEST(LineReader, LinesOverAMegabyteFitNothingAndCostNoMemory) {
     const testsupport::TempFolder folder;
-    const std::string path = folder.Write("log", "a\n" + std::string(kMaxLine, 'x') + "\n" + std::string(kMaxLine + 1, 'y') +
-                                                     "\n" + std::string(3 * kMaxLine, ' ') + "\nb");
+    const std::string path =
+        folder.Write("log", "a\n" + std::string(kMaxLine, 'x') + "\n" + std::string(kMaxLine + 1, 'y') + "\n" +
+                                std::string(3 * kMaxLine, ' ') + "\nb");
     core::ChunkReader file;
     ASSERT_TRUE(file.Open(path).ok);
     LineReader reader(file, 1000);

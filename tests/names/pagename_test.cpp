@@ -14,8 +14,8 @@ TEST(fPercentDecode, LooksAtWhatItMadeNoSecondTime) {
         const char* text;
         std::string plain;
     } cases[] = {
-        {"a%20b", "a b"},   {"%2541", "%41"},     {"100%", "100%"}, {"%4", "%4"},
-        {"%zz1", " 1"},     {"%u1234", " 234"},    {"%41%", "A%"},   {"%00x", std::string("\0x", 2)},
+        {"a%20b", "a b"},       {"%2541", "%41"},   {"100%", "100%"}, {"%4", "%4"},
+        {"%zz1", " 1"},         {"%u1234", " 234"}, {"%41%", "A%"},   {"%00x", std::string("\0x", 2)},
         {"%E4%BD", "\xE4\xBD"},
     };
     for (const auto& c : cases) {

@@ -6,7 +6,10 @@ namespace reports {
 namespace {
 
 TEST(FieldOfWord, KnowsWordsAndCodes) {
-    const struct { const char* text; int code; } cases[] = {
+    const struct {
+        const char* text;
+        int code;
+    } cases[] = {
         {"terms", 1}, {"TERMS", 1}, {"1", 1}, {"7-word", 21}, {"21", 21}, {"", 0}, {"9", 0}, {"10", 0}, {"termz", 0},
     };
     for (const auto& c : cases) {

@@ -24,9 +24,9 @@ protected:
     }
     std::int32_t Add(std::string_view value, std::int32_t visitors, std::int32_t stayed, std::int32_t pages,
                      std::array<std::int32_t, 4> targets = {}, std::int32_t day = 0) {
-        return results.table.Result_Add(
-            day, value, {.visitors = visitors, .pages = pages, .stayed = stayed, .targets = targets},
-            results.Targets.size(), -1);
+        return results.table.Result_Add(day, value,
+                                        {.visitors = visitors, .pages = pages, .stayed = stayed, .targets = targets},
+                                        results.Targets.size(), -1);
     }
     ReportGrid Show(ReportKind kind, std::int32_t number = 20) {
         for (analysis::CrossTable* table : {&results.DistSE, &results.DistAlternate, &results.DistClickThru})
@@ -57,23 +57,22 @@ TEST_F(Reports, TopHasTheRestAndATotalOfWhatIsDisplayed) {
     Add("three", 3, 0, 0);
     Add("four", 1, 1, 1);
     EXPECT_EQ(Lines(Show(ReportKind::Top, 2)), (Texts{
-        "two;8;3;38 %;1.3;53.3 %;",
-        "three;3;0;0 %;na;20.0 %;",  // the later of two equal counts
-        ".. Rest ..;4;3;75 %;2.0;26.7 %;",
-        ";;;;;;",
-        ".. Total ..;15;6;40 %;0.6;;",  // (1.3 + 2.0) / 6
-    }));
+                                                   "two;8;3;38 %;1.3;53.3 %;",
+                                                   "three;3;0;0 %;na;20.0 %;",  // the later of two equal counts
+                                                   ".. Rest ..;4;3;75 %;2.0;26.7 %;", ";;;;;;",
+                                                   ".. Total ..;15;6;40 %;0.6;;",  // (1.3 + 2.0) / 6
+                                               }));
     EXPECT_EQ(Lines(Show(ReportKind::Top, 4)).size(), 7U);  // the empty element is left over
     EXPECT_EQ(Lines(Show(ReportKind::Top, 5)), Lines(Show(ReportKind::All)));
     EXPECT_EQ(Lines(Show(ReportKind::All)), (Texts{
-        "two;8;3;38 %;1.3;53.3 %;",
-        "one;3;2;67 %;2.5;20.0 %;",  // equal counts in the order of the table
-        "three;3;0;0 %;na;20.0 %;",
-        "four;1;1;100 %;1.0;6.7 %;",
-        ";0;0;na;na;0.0 %;",
-        ";;;;;;",
-        ".. Total ..;15;6;40 %;0.8;;",
-    }));
+                                                "two;8;3;38 %;1.3;53.3 %;",
+                                                "one;3;2;67 %;2.5;20.0 %;",  // equal counts in the order of the table
+                                                "three;3;0;0 %;na;20.0 %;",
+                                                "four;1;1;100 %;1.0;6.7 %;",
+                                                ";0;0;na;na;0.0 %;",
+                                                ";;;;;;",
+                                                ".. Total ..;15;6;40 %;0.8;;",
+                                            }));
 }
 
 TEST_F(Reports, WithoutValuesOnlyTheHeaderStands) {
@@ -97,11 +96,11 @@ TEST_F(Reports, TargetsHaveFourColumnsEach) {
     EXPECT_EQ(grid.dGCol_Ftype, 15);
     EXPECT_EQ(grid.lineHeight, kThickLine);
     EXPECT_EQ(Lines(grid), (Texts{
-        "/a.htm;4;2;50 %;1.0;80.0 %;1;25 %;50 %;;0;0 %;0 %;;;htm;",
-        ".. Rest ..;1;0;0 %;na;20.0 %;1;100 %;na;;0;0 %;na;;;;",
-        ";;;;;;;;;;;;;;;;",
-        ".. Total ..;5;2;40 %;0.5;;2;40 %;100 %;;0;0 %;0 %;;;;",
-    }));
+                               "/a.htm;4;2;50 %;1.0;80.0 %;1;25 %;50 %;;0;0 %;0 %;;;htm;",
+                               ".. Rest ..;1;0;0 %;na;20.0 %;1;100 %;na;;0;0 %;na;;;;",
+                               ";;;;;;;;;;;;;;;;",
+                               ".. Total ..;5;2;40 %;0.5;;2;40 %;100 %;;0;0 %;0 %;;;;",
+                           }));
 }
 
 TEST_F(Reports, DistributionsEndAtTheirLimit) {

@@ -52,7 +52,8 @@ TEST(VisitPg_Store, KeepsPairsTogetherInRowsOf253) {
     row.VisitID = 0;
     store.Insert(row, clicks);
     EXPECT_EQ(home.Rows("SELECT CDSClickFurtherPageIDs, CDSBytesClickFurtherPageIDs FROM visit", 2)[0], "|||");
-    const auto parts = home.Rows("SELECT length(CDSClickFurtherPageIDs), length(CDSBytesClickFurtherPageIDs) FROM visitpages", 2);
+    const auto parts =
+        home.Rows("SELECT length(CDSClickFurtherPageIDs), length(CDSBytesClickFurtherPageIDs) FROM visitpages", 2);
     EXPECT_EQ(parts, (std::vector<std::string>{"249|99", "4|1"}));
     const auto read = VisitPages(db).VisitPg_Read(0);
     ASSERT_TRUE(read.has_value());

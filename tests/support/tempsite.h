@@ -71,13 +71,15 @@ public:
 };
 
 // A combined log line from a few words; `time` is "02/Mar/2009:08:01:02".
-inline std::string Combined(std::string_view ip, std::string_view time, std::string_view file, std::string_view referrer = "-",
-                            int status = 200, int bytes = 100, std::string_view agent = "Mozilla/5.0") {
+inline std::string Combined(std::string_view ip, std::string_view time, std::string_view file,
+                            std::string_view referrer = "-", int status = 200, int bytes = 100,
+                            std::string_view agent = "Mozilla/5.0") {
     return std::string(ip) + " - - [" + std::string(time) + " +0000] \"GET " + std::string(file) + " HTTP/1.1\" " +
            std::to_string(status) + " " + std::to_string(bytes) + " \"" + std::string(referrer) + "\" \"" +
            std::string(agent) + "\"\n";
 }
 
-inline constexpr std::string_view kCombinedSpec = R"(%S %*s %u [%d/%M/%Y:%h:%n:%e %*t] "%*r %r HTTP/%*s" %c %b "%f" "%B")";
+inline constexpr std::string_view kCombinedSpec =
+    R"(%S %*s %u [%d/%M/%Y:%h:%n:%e %*t] "%*r %r HTTP/%*s" %c %b "%f" "%B")";
 
 }  // namespace testsupport

@@ -24,8 +24,8 @@ struct VisitSite : TempSite {
         site->Pages().Load(site->Db());
     }
 
-    void Line(int id, const std::string& ip, int hour, int minute, int second, const std::string& referrer = "-", int page = 1,
-              int bytes = 10, int dupes = 0) {
+    void Line(int id, const std::string& ip, int hour, int minute, int second, const std::string& referrer = "-",
+              int page = 1, int bytes = 10, int dupes = 0) {
         const std::int64_t stamp = 20090302000000 + hour * 10000 + minute * 100 + second;
         sitedb::Statement insert = site->Db().Prepare(
             "INSERT INTO logline (LogLnID, IP, Timestamp, PageID, Bytes, CntDupes, Referrer) VALUES (?,?,?,?,?,?,?)");
@@ -54,8 +54,10 @@ TEST(VisitsAdd, ATimeOutOfTwoHoursPartsVisits) {
     site.Line(4, "b", 10, 0, 1);  // 7201
     site.Build();
     EXPECT_EQ(site.LineVisits(), (Lines{"1|0", "2|0", "3|1", "4|2"}));
-    EXPECT_EQ(site.Visits("Files, StartTimeStamp, EndTimeStamp, FirstIP, CDSIPs, SearchTerm, StzdSearchTerm, SearchEngine", 8)[0],
-              "2|20090302080000.0|20090302100000.0|a|a|NULL|NULL|NULL");
+    EXPECT_EQ(
+        site.Visits("Files, StartTimeStamp, EndTimeStamp, FirstIP, CDSIPs, SearchTerm, StzdSearchTerm, SearchEngine",
+                    8)[0],
+        "2|20090302080000.0|20090302100000.0|a|a|NULL|NULL|NULL");
 }
 
 TEST(VisitsAdd, LinesComeByTheTextOfAddressAndNumber) {
@@ -100,12 +102,12 @@ TEST(VisitsAdd, AThirdHourOfALongVisitIsMeasuredFromItsStart) {
 TEST(VisitsAdd, ATermIsComparedBeforeItIsStandardised) {
     VisitSite site;
     site.Line(1, "a", 8, 0, 0, Finder("shoes"));
-    site.Line(2, "a", 8, 1, 0, Finder("shoes"));       // equal: the same visit
-    site.Line(3, "a", 8, 2, 0, Finder("Red+Shoes"));   // another term
-    site.Line(4, "a", 8, 3, 0, Finder("Red+Shoes"));   // standardised "red shoes" is not "Red+Shoes"
-    site.Line(5, "a", 8, 4, 0, Finder("shoes"));       // the first visit again
+    site.Line(2, "a", 8, 1, 0, Finder("shoes"));      // equal: the same visit
+    site.Line(3, "a", 8, 2, 0, Finder("Red+Shoes"));  // another term
+    site.Line(4, "a", 8, 3, 0, Finder("Red+Shoes"));  // standardised "red shoes" is not "Red+Shoes"
+    site.Line(5, "a", 8, 4, 0, Finder("shoes"));      // the first visit again
     site.Line(6, "a", 8, 5, 0, "http://www.other.test/s?q=shoes");
-    site.Line(7, "a", 8, 6, 0, "-");                   // a click stays with the visit at hand
+    site.Line(7, "a", 8, 6, 0, "-");  // a click stays with the visit at hand
     const VisitsOutcome outcome = site.Build();
     EXPECT_EQ(site.LineVisits(), (Lines{"1|0", "2|0", "3|1", "4|2", "5|0", "6|3", "7|3"}));
     EXPECT_EQ(site.Visits("SearchTerm, StzdSearchTerm, SearchEngine", 3),
@@ -142,12 +144,13 @@ TEST(VisitsAdd, ALaterReadContinuesAnEarlierVisit) {
     VisitSite site;
     site.Line(1, "a", 8, 0, 0, "-", 2, 100);
     site.Build();
-    site.Line(2, "a", 7, 58, 20, "-", 3, 7);   // 100 seconds before its start
+    site.Line(2, "a", 7, 58, 20, "-", 3, 7);  // 100 seconds before its start
     site.Line(3, "a", 9, 0, 0, "-", 2, 5, 1);
     const VisitsOutcome outcome = site.Build();
     EXPECT_EQ(outcome.visitsContinued, 1);
     EXPECT_EQ(site.Visits("VisitID, StartLogLnID, StartPageID, StartTimeStamp, EndTimeStamp, Files, "
-                          "CDSClickFurtherPageIDs, CDSBytesClickFurtherPageIDs", 8),
+                          "CDSClickFurtherPageIDs, CDSBytesClickFurtherPageIDs",
+                          8),
               (Lines{"0|2|3|20090302075820.0|20090302090000.0|3|3|2|7|110"}));
 }
 
@@ -183,8 +186,9 @@ TEST(VisitsAdd, TheReferrerOfASiteWithoutExtraDataWaitsWhole) {
     sitedb::SiteOptions options = TempSite::Plain();
     options.LastKeepVal = false;
     TempSite site(options);
-    site.site->Db().Exec("INSERT INTO logline (LogLnID, IP, Timestamp, PageID, Bytes) VALUES (1,'a',20090302080000,0,1),"
-                         "(2,'b',20090302080000,0,1)");
+    site.site->Db().Exec(
+        "INSERT INTO logline (LogLnID, IP, Timestamp, PageID, Bytes) VALUES (1,'a',20090302080000,0,1),"
+        "(2,'b',20090302080000,0,1)");
     sitedb::Statement wait = site.site->Db().Prepare("INSERT INTO referrerwait VALUES (?,?)");
     const std::string referrer = "http://www.finder.test/s?" + std::string(400, 'x') + "&q=term";
     wait.Bind(1, std::int64_t{1}).Bind(2, std::string_view(referrer)).Run();
