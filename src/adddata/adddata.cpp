@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/dates.h"
 #include "core/env.h"
 #include "core/inistore.h"
 #include "core/ports.h"
@@ -68,6 +69,23 @@ AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& pr
     outcome.visitsWanted = !outcome.read.storeFailed && WantsVisits(env, outcome.read);
     if (outcome.visitsWanted) outcome.visits = ResumeAdd(env, site, program);
     return outcome;
+}
+
+std::optional<visits::VisitsOutcome> VisitsAdd_Resume(core::Env& env, sitedb::Site& site, const ProgramFiles& program) {
+    const std::string mark = site.UnfinishedAdd(env);
+    if (mark.empty()) return std::nullopt;
+    const auto moment = core::ParseMoment(mark);
+    const core::Answer answer = env.user.Ask(
+        {.id = "CompleteUnfinishedAdd",
+         .message =
+             "Data was added from raw log files but process to create visits data was not completed. Reports will not "
+             "include the data until the add process is completed.\rDate Last Added: " +
+             (moment ? core::FormatDate(*moment, "mmm dd yyyy hh:nn") : mark) +
+             "\rDo you want to complete process to add raw log data now?",
+         .buttons = "&Yes|&No",
+         .cancelButton = 2});
+    if (answer.Cancelled()) return std::nullopt;
+    return ResumeAdd(env, site, program);
 }
 
 visits::VisitsOutcome ResumeAdd(core::Env& env, sitedb::Site& site, const ProgramFiles& program) {

@@ -50,6 +50,8 @@ struct AddOutcome {
 };
 AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request);
 
+// Asks whether to complete an add that did not finish, and does it; nothing when there is none or the user says no.
+std::optional<visits::VisitsOutcome> VisitsAdd_Resume(core::Env& env, sitedb::Site& site, const ProgramFiles& program);
 // Builds what an add left unfinished. Asks nothing.
 visits::VisitsOutcome ResumeAdd(core::Env& env, sitedb::Site& site, const ProgramFiles& program);
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/dates.h"
+#include "core/numbers.h"
 #include "core/text.h"
 #include "core/utf8.h"
 
@@ -156,6 +157,14 @@ std::optional<std::int32_t> ParseIsoDate(std::string_view text) {
     const auto same = [](char c, char shape) { return shape == '0' ? IsDigit(c) : c == shape; };
     if (!std::ranges::equal(text, kShape, same)) return std::nullopt;
     return ExactDate(NumberOf(text.substr(0, 4)), NumberOf(text.substr(5, 2)), NumberOf(text.substr(8, 2)));
+}
+
+std::optional<double> ParseMoment(std::string_view text) {
+    if (text.size() != 19 || text[10] != ' ' || text[13] != ':' || text[16] != ':') return std::nullopt;
+    const auto day = ParseIsoDate(text.substr(0, 10));
+    const auto time = TimeSerial(fNum(text.substr(11, 2)), fNum(text.substr(14, 2)), fNum(text.substr(17, 2)));
+    if (!day || !time) return std::nullopt;
+    return *day + *time;
 }
 
 std::optional<std::int32_t> ParseDate(std::string_view text) {

@@ -78,6 +78,8 @@ std::string fElapsedText(double startMoment, double endMoment, const ElapsedWord
 
 // ISO form of the command line, "yyyy-mm-dd" -> day number.
 std::optional<std::int32_t> ParseIsoDate(std::string_view text);
+// "yyyy-mm-dd hh:nn:ss", as marks and records hold it, to a moment.
+std::optional<double> ParseMoment(std::string_view text);
 // "dd mmm yyyy", "yyyy-mm-dd" and the like, as stored in option keys.
 std::optional<std::int32_t> ParseDate(std::string_view text);
 

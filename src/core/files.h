@@ -26,6 +26,9 @@ Result SyncFile(const std::string& path);
 // Flushes a folder so that names in it survive a power loss.
 Result SyncFolder(const std::string& folder);
 
+// Removes what WriteWhole left in a folder when its process was killed.
+void RemoveStaleTemps(const std::string& folder);
+
 struct ReadText {
     Result result{};
     std::string text{};
@@ -60,8 +63,6 @@ private:
     std::string path_{};
     Result failed_{};
 };
-
-enum class ExistsAction : char { Warn = 'W', Error = 'E', Delete = 'D', Append = 'A' };
 
 Result FileCopy(const std::string& from, const std::string& to);  // replaces silently, atomic
 Result FileDelete(const std::string& path);

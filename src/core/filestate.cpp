@@ -1,8 +1,11 @@
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <string_view>
 
 #include "core/fileio.h"
 #include "core/files.h"
@@ -16,6 +19,14 @@ Result SyncFile(const std::string& path) {
 }
 
 bool IsWritable(const std::string& path) { return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0; }
+
+void RemoveStaleTemps(const std::string& folder) {
+    constexpr std::string_view kStart = ".corvane-";
+    for (const std::string& name : ListFiles(folder, std::string(kStart) + "*.tmp")) {
+        const auto process = static_cast<pid_t>(std::atol(name.c_str() + kStart.size()));
+        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) FileDelete(fPathOf(folder + "/") + name);
+    }
+}
 
 bool ChunkReader::Grown() const {
     struct stat now {};

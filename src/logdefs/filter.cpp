@@ -115,6 +115,12 @@ AddFilters FltrLoadAddFilters(core::IniStore& ini, const FilterFiles& files, con
     return filters;
 }
 
+AddFilters FltrLoadPreprocess(core::IniStore& ini, std::string_view preprocessFile) {
+    AddFilters filters;
+    filters.main = FltrLoad(ini, preprocessFile, "Fltr Sel", true, true);
+    return filters;
+}
+
 std::string FltrDescribe(core::IniStore& ini, const FilterFiles& files, const FilterSwitches& switches) {
     if (switches.main == MainFilter::All) return "No";
     const std::string selected = ini.IniGet("Filters", "Fltr Sel", files.main);

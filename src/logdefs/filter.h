@@ -67,6 +67,8 @@ struct AddFilters {
     // A family that is on and has no rule: it would skip every line (or none). One text each, for the user.
     std::vector<std::string> warnings{};
 };
+// The variant that looks for new robots: one filter of its own, inverted; the other families are off.
+AddFilters FltrLoadPreprocess(core::IniStore& ini, std::string_view preprocessFile);
 AddFilters FltrLoadAddFilters(core::IniStore& ini, const FilterFiles& files, const FilterSwitches& switches);
 
 // The main filter's statement: "Yes - Log line loaded when satisfy any filters. ..." or "No".

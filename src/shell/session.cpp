@@ -63,6 +63,8 @@ core::Result Session::Prepare() {
     const std::string param = paths_.Home() + "/param/";
     for (const std::string& folder : {paths_.Home() + "/param", paths_.Home() + "/sites"})
         if (core::Result made = core::MakeDir(folder); !made) return made;
+    core::RemoveStaleTemps(paths_.Home());
+    core::RemoveStaleTemps(param);
     for (const std::string_view name : kProgramFiles) {
         const std::string file = param + std::string(name);
         if (core::Exists(file)) continue;

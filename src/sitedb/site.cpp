@@ -4,6 +4,7 @@
 
 #include "core/env.h"
 #include "core/errlog.h"
+#include "core/error.h"
 #include "core/inistore.h"
 #include "core/numbers.h"
 #include "core/paths.h"
@@ -104,12 +105,15 @@ std::unique_ptr<Site> Site::Site_Open(core::Env& env, const std::string& folder,
         failure = {lock.taken ? std::string(kOtherCopy) : lock.error, lock.taken, false};
         return nullptr;
     }
+    if (!site->readOnly_) core::RemoveStaleTemps(core::fPathOf(paths.dbdef));
     try {
         site->options_ = ReadSiteOptions(env.ini, paths);
         site->plans_ = ReadTablePlans(env.ini, kSite1, folder);
         site->db_ = BLDTBL_OpenDB(paths.database, site->readOnly_);
         if (!site->readOnly_) BLDTBL_CheckAllAndAddTbls(env, site->db_, site->plans_);
         site->pages_.Load(site->db_);
+    } catch (const core::Stopped&) {
+        throw;  // the user's wish, not a failure of the site
     } catch (const StoreError& error) {
         failure = {error.what(), error.Busy(), false};
         return nullptr;

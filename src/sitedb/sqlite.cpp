@@ -35,8 +35,8 @@ std::string Advice(int code) {
     const bool duplicate = extended == SQLITE_CONSTRAINT_PRIMARYKEY || extended == SQLITE_CONSTRAINT_UNIQUE ||
                            extended == SQLITE_CONSTRAINT_ROWID;
     throw StoreError(duplicate ? core::errnum::kDuplicateKey : core::errnum::kStore, extended != 0 ? extended : code,
-                     "Database: " + std::string(text) + " (" + std::string(call) + ", " + std::to_string(extended) +
-                         ")." + Advice(extended != 0 ? extended : code));
+                     "Database: " + std::string(text) + " (" + std::string(call.substr(0, call.find(' '))) + ", " +
+                         std::to_string(extended) + ")." + Advice(extended != 0 ? extended : code));
 }
 
 // One thread does all the work, and nobody reads the library's statistics: without both it is a good deal faster.

@@ -36,6 +36,18 @@ TEST(WriteWhole, ReplacesTheTargetAndKeepsRightsAndLinks) {
     EXPECT_EQ(folder.Count(), 2U);  // no temporary file is left
 }
 
+TEST(RemoveStaleTemps, TakesOnlyWhatADeadProcessLeft) {
+    const TempFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(0);
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    folder.Write(".corvane-" + std::to_string(child) + "-0.tmp", "half");
+    folder.Write(".corvane-" + std::to_string(::getpid()) + "-0.tmp", "at work");
+    folder.Write(".corvane-x.tmp", "not ours");
+    RemoveStaleTemps(folder.Path());
+    EXPECT_EQ(folder.Count(), 2U);
+}
+
 TEST(WriteWhole, RefusesWhatItCannotReplaceAndLeavesNothingBehind) {
     const TempFolder folder;
     EXPECT_FALSE(WriteWhole(folder.Path(), "x"));
