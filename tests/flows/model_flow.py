@@ -32,6 +32,15 @@ SCENARIOS = [
     {"name": "no extra data, parts removed", "seed": 3,
      "options": {"LastKeepVal": False, "Skip404": True, "RemQuery": True, "RemFrag": True, "domain": "https://www.shop.example"},
      "adds": [[1], [0]], "robots": False, "components": False},
+    {"name": "main filter that adds, no limit", "options": {"LastKeepVal": True, "LmtVisitLines": 0}, "adds": [[0], [1]],
+     "robots": True, "components": True, "seed": 5, "filter": "only", "sep_query": True, "from": "2026-09-08",
+     "rules": [("german", "referrer", "contains", "Google"), ("shop", "file", "starts-with", "/p")], "any": True},
+    {"name": "main filter that leaves out, an area, files that overlap left out", "adds": [[0], [0, 1], [1]], "seed": 6,
+     "options": {"LastKeepVal": False, "RemFrag": True}, "robots": False, "components": False, "filter": "except",
+     "rules": [("numbers", "status", "is-number", ""), ("high", "status", "greater-than", "399")], "any": False,
+     "overlap": "skip", "area": ["c/tools", "c/bulbs", "not there"], "sep_frag": True, "to": "2026-09-09"},
+    {"name": "stops at the first line that does not fit", "options": {"LastKeepVal": True}, "adds": [[0], [1, 0]], "seed": 7,
+     "robots": True, "components": False, "invalid": "stop"},
     {"name": "only visits with a term", "options": {"LastKeepVal": True, "EraseNonSE": True, "LmtVisitLines": 7},
      "adds": [[0], [0, 1]], "robots": True, "components": False, "seed": 4},
 ]
@@ -91,8 +100,8 @@ class Flow:
         self.home = os.path.join(folder, "home")
         self.passed = self.failed = 0
 
-    def program(self, *words):
-        return run([self.cli, "--home", self.home, *words])
+    def program(self, *words, allowed=(0,)):
+        return run([self.cli, "--home", self.home, *words], allowed)
 
     def check(self, what, command):
         done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
@@ -102,6 +111,21 @@ class Flow:
         self.failed += 1
         print("FAILED: %s\n%s" % (what, done.stdout.decode(errors="replace")[:6000]))
 
+    def prepare(self, scenario):
+        """The main filter, the site area and the options that stand beside them."""
+        for name, field, operator, value in scenario.get("rules", []):
+            self.program("filter", "set", "main", name, "--field", field, "--op", operator, "--value", value)
+        if "rules" in scenario:
+            names = [word for rule in scenario["rules"] for word in ("--rule", rule[0])]
+            self.program("filter", "set", "main", "Both", *names, "--any" if scenario["any"] else "--all")
+            self.program("filter", "select", "main", "Both")
+        if "area" in scenario:
+            folder = json.loads(self.program("site", "show", "--json"))["folder"]
+            with open(os.path.join(folder, "param", "Siteareas.ini"), "w", encoding="utf-8") as stream:
+                stream.write("[SiteAreas]\nPart=%s\n" % "|".join(scenario["area"]))
+        for key, name in (("SepQuery", "sep_query"), ("SepFrag", "sep_frag")):
+            self.program("option", "set", key, "True" if scenario.get(name) else "False")
+
     def add(self, scenario, logs):
         options = scenario["options"]
         flags = ["--%s%s" % ("" if options.get(key, False) else "no-", flag) for key, flag in OPTION_FLAGS.items()]
@@ -109,18 +133,23 @@ class Flow:
         for key in ("LmtVisitLines", "domain"):
             if key in options:
                 self.program("option", "set", key, str(options[key]))
+        self.prepare(scenario)
+        allowed = (0, 1) if scenario.get("invalid") == "stop" else (0,)
         for files in scenario["adds"]:
-            self.program("add", "--format", self.format, "--filter", "all",
+            self.program("add", "--format", self.format, "--filter", scenario.get("filter", "all"),
                          "--%srobots" % ("" if scenario["robots"] else "no-"),
                          "--%scomponents" % ("" if scenario["components"] else "no-"),
-                         "--overlap", "add", "--invalid", "skip", *[log for i in files for log in logs[i]])
+                         "--overlap", scenario.get("overlap", "add"), "--invalid", scenario.get("invalid", "skip"),
+                         *[log for i in files for log in logs[i]], allowed=allowed)
 
-    def reports(self, fields):
+    def reports(self, scenario):
         listed = []
+        fields = list(WORDS)
         for i, field in enumerate(fields):
             chosen = DISTRIBUTIONS[i % 3] if field != 6 else DISTRIBUTIONS[1]
-            base = {"field": field, "from": None, "to": None, "not_search": i % 2 == 0, "dist1": False, "dist2": False,
-                    "click_through": False, "sep_query": False, "sep_frag": False, "area": None, **chosen}
+            base = {"field": field, "from": scenario.get("from"), "to": scenario.get("to"), "not_search": i % 2 == 0,
+                    "dist1": False, "dist2": False, "click_through": False, "sep_query": scenario.get("sep_query", False),
+                    "sep_frag": scenario.get("sep_frag", False), "area": "Part" if "area" in scenario else None, **chosen}
             listed.append({**base, "name": "top%d" % field, "kind": "top", "top": 7, "threshold": 2})
             listed.append({**base, "name": "all%d" % field, "kind": "all", "top": 20, "threshold": 1})
             listed.append({**base, "name": "alltop%d" % field, "kind": "all", "top": 20, "threshold": 2})
@@ -129,6 +158,9 @@ class Flow:
     def grid(self, report, path):
         words = ["report", WORDS[report["field"]], "--kind", report["kind"], "--threshold", str(report["threshold"]), "--as", "csv", "-o", path,
                  "--not-search" if report["not_search"] else "--no-not-search"]
+        for key, flag in (("from", "--from"), ("to", "--to"), ("area", "--area")):
+            if report[key]:
+                words += [flag, report[key]]
         if report["kind"] == "top":
             words += ["--top", str(report["top"])]
         for key, flag in (("dist1", "dist1"), ("dist2", "dist2"), ("click_through", "click-through")):
@@ -136,13 +168,15 @@ class Flow:
         self.program(*words)
 
     def scenario(self, scenario, logs):
-        reports = self.reports(list(WORDS))
+        reports = self.reports(scenario)
         self.add(scenario, logs)
         site = json.loads(self.program("site", "show", "--json"))
         job = {"params": os.path.join(self.home, "param"), "site_params": os.path.join(site["folder"], "param"),
                "options": scenario["options"], "reports": reports,
-               "adds": [{"files": [log for i in files for log in logs[i]], "format": self.format, "filter": "all",
-                         "robots": scenario["robots"], "components": scenario["components"], "overlap": "add", "invalid": "skip"}
+               "adds": [{"files": [log for i in files for log in logs[i]], "format": self.format,
+                         "filter": scenario.get("filter", "all"), "robots": scenario["robots"],
+                         "components": scenario["components"], "overlap": scenario.get("overlap", "add"),
+                         "invalid": scenario.get("invalid", "skip")}
                         for files in scenario["adds"]]}
         job_file, made = os.path.join(self.folder, "job.json"), os.path.join(self.folder, "model")
         with open(job_file, "w", encoding="utf-8") as stream:
