@@ -161,6 +161,8 @@ void VisitBuilder::Take(const VisitLine& line) {
 }
 
 void VisitBuilder::Write(Address& address) {
+    // The table is kept in order of time, so rows go into it in that order.
+    std::ranges::stable_sort(address.visits, {}, [](const auto& visit) { return visit->row.StartTimeStamp; });
     for (const auto& visit : address.visits) {
         if (!visit->touched) continue;
         if (!visit->isNew) {

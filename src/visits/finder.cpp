@@ -1,21 +1,23 @@
 #include "visits/finder.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace visits {
 namespace {
 
-// Keys of the classes: every visit stands in kAll and in its own.
-const char* const kAll = "*";
-const char* const kNoTerm = "-";
+// Every visit stands in kAll and in its own class.
+constexpr std::uint64_t kAll = 0;
+constexpr std::uint64_t kNoTerm = 1;
 
-std::string TermClass(std::string_view term, std::string_view engine) {
-    return "t" + std::string(engine) + '\n' + std::string(term);
+std::uint64_t TermClass(std::string_view term, std::string_view engine) {
+    constexpr std::hash<std::string_view> kHash;
+    return (31 * kHash(term) + kHash(engine)) | 2U;  // neither of the two above
 }
 
-std::string ClassOf(const sitedb::VisitRow& row) {
-    const std::string& term = row.StzdSearchTerm ? *row.StzdSearchTerm : std::string();
-    return term.empty() ? kNoTerm : TermClass(term, row.SearchEngine.value_or(""));
+std::uint64_t ClassOf(const sitedb::VisitRow& row) {
+    if (!row.StzdSearchTerm || row.StzdSearchTerm->empty()) return kNoTerm;
+    return TermClass(*row.StzdSearchTerm, row.SearchEngine ? std::string_view(*row.SearchEngine) : std::string_view());
 }
 
 std::int64_t BucketOf(std::int64_t seconds) {
@@ -46,44 +48,32 @@ bool Visit_TermOK(const sitedb::VisitRow& visit, std::string_view term, std::str
     return *visit.StzdSearchTerm == term && visit.SearchEngine.value_or("") == engine;
 }
 
-void VisitFinder::Insert(const std::string& key, std::int64_t bucket, std::size_t index) {
-    std::vector<std::size_t>& list = classes_[key][bucket];
-    list.insert(std::ranges::lower_bound(list, index), index);
-}
-
-void VisitFinder::Remove(const std::string& key, std::int64_t bucket, std::size_t index) {
-    std::vector<std::size_t>& list = classes_[key][bucket];
-    const auto at = std::ranges::lower_bound(list, index);
-    if (at != list.end() && *at == index) list.erase(at);
-}
-
 void VisitFinder::Put(OpenVisit& visit, std::size_t index) {
     const std::int64_t bucket = BucketOf(visit.startSeconds);
-    std::string termClass = ClassOf(visit.row);
+    const std::uint64_t termClass = ClassOf(visit.row);
     if (visit.indexed && bucket == visit.indexBucket && termClass == visit.indexClass) return;
     if (visit.indexed) {
-        Remove(kAll, visit.indexBucket, index);
-        Remove(visit.indexClass, visit.indexBucket, index);
+        entries_.erase({kAll, visit.indexBucket, index});
+        entries_.erase({visit.indexClass, visit.indexBucket, index});
     }
-    Insert(kAll, bucket, index);
-    Insert(termClass, bucket, index);
+    entries_.insert({kAll, bucket, index});
+    entries_.insert({termClass, bucket, index});
     visit.indexed = true;
     visit.indexBucket = bucket;
-    visit.indexClass = std::move(termClass);
+    visit.indexClass = termClass;
 }
 
 std::size_t VisitFinder::Find(const std::vector<std::unique_ptr<OpenVisit>>& visits, std::string_view term,
                               std::string_view engine, std::int64_t lineSeconds) const {
     std::size_t best = npos;
-    const auto look = [&](const std::string& key) {
-        const auto buckets = classes_.find(key);
-        if (buckets == classes_.end()) return;
-        const std::int64_t last = BucketOf(lineSeconds + kTimeOut);
-        for (auto at = buckets->second.lower_bound(BucketOf(lineSeconds - kTimeOut));
-             at != buckets->second.end() && at->first <= last; ++at) {
-            for (const std::size_t index : at->second) {
-                if (index >= best) break;
-                if (!CanJoin(*visits[index], lineSeconds)) continue;
+    const auto look = [&](std::uint64_t termClass) {
+        for (std::int64_t bucket = BucketOf(lineSeconds - kTimeOut); bucket <= BucketOf(lineSeconds + kTimeOut);
+             ++bucket) {
+            for (auto at = entries_.lower_bound({termClass, bucket, 0}); at != entries_.end(); ++at) {
+                const auto& [entryClass, entryBucket, index] = *at;
+                if (entryClass != termClass || entryBucket != bucket || index >= best) break;
+                const OpenVisit& visit = *visits[index];
+                if (!CanJoin(visit, lineSeconds) || !Visit_TermOK(visit.row, term, engine)) continue;
                 best = index;
                 break;
             }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <tuple>
 #include <vector>
 
 #include "sitedb/visitrows.h"
@@ -26,7 +26,7 @@ struct OpenVisit {
 
     // Where the finder has it.
     bool indexed = false;
-    std::string indexClass{};
+    std::uint64_t indexClass = 0;
     std::int64_t indexBucket = 0;
 };
 
@@ -52,11 +52,11 @@ public:
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
 private:
-    using Buckets = std::map<std::int64_t, std::vector<std::size_t>>;
-    void Insert(const std::string& key, std::int64_t bucket, std::size_t index);
-    void Remove(const std::string& key, std::int64_t bucket, std::size_t index);
+    // Class, hours of the start, index. A class is the hash of term and engine: a visit that only shares it is told
+    // apart when it is looked at.
+    using Entry = std::tuple<std::uint64_t, std::int64_t, std::size_t>;
 
-    std::unordered_map<std::string, Buckets> classes_{};
+    std::set<Entry> entries_{};
 };
 
 }  // namespace visits
