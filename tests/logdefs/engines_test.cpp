@@ -65,21 +65,24 @@ TEST(STUndefinedAdd, EndsALongListOnce) {
     EXPECT_EQ(list[0], std::string(10000, 'x') + "|Have More ...");
 }
 
+// The example of a row gives its engine and its standardised term over both protocols.
+void ExpectExample(const SearchEngines& engines, const testsupport::TsvRow& row) {
+    for (const std::string protocol : {"http://", "https://"}) {
+        const std::string referrer = protocol + std::string(core::fAfter(row.at("example"), "://"));
+        SCOPED_TRACE(referrer);
+        const FoundTerm found = engines.STFromReferrer(referrer);
+        std::string term = found.term;
+        EXPECT_EQ(found.engine, row.at("shown_name"));
+        EXPECT_EQ(names::ST_Std(term), row.at("example_term"));
+    }
+}
+
 TEST(DeliveredData, EveryExampleGivesItsEngineAndTerm) {
     std::vector<std::string> definitions;
     const auto rows = testsupport::ReadTsv(TEST_DATA "/params/engines.tsv");
     for (const auto& row : rows) definitions.push_back(row.at("definition"));
     const SearchEngines engines(definitions);
-    for (const auto& row : rows) {
-        for (const std::string protocol : {"http://", "https://"}) {
-            const std::string referrer = protocol + std::string(core::fAfter(row.at("example"), "://"));
-            SCOPED_TRACE(referrer);
-            const FoundTerm found = engines.STFromReferrer(referrer);
-            std::string term = found.term;
-            EXPECT_EQ(found.engine, row.at("shown_name"));
-            EXPECT_EQ(names::ST_Std(term), row.at("example_term"));
-        }
-    }
+    for (const auto& row : rows) ExpectExample(engines, row);
     EXPECT_EQ(rows.size(), 432U);
 }
 
@@ -91,14 +94,7 @@ TEST(DeliveredDefinitions, KnowTheImportantEngines) {
     int known = 0;
     for (const auto& row : testsupport::ReadTsv(TEST_DATA "/params/engines.tsv")) {
         if (row.at("important") != "yes") continue;
-        for (const std::string protocol : {"http://", "https://"}) {
-            const std::string referrer = protocol + std::string(core::fAfter(row.at("example"), "://"));
-            SCOPED_TRACE(referrer);
-            const FoundTerm found = engines.STFromReferrer(referrer);
-            std::string term = found.term;
-            EXPECT_EQ(found.engine, row.at("shown_name"));
-            EXPECT_EQ(names::ST_Std(term), row.at("example_term"));
-        }
+        ExpectExample(engines, row);
         ++known;
     }
     EXPECT_EQ(known, 50);
