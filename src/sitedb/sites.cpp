@@ -15,9 +15,10 @@ namespace {
 
 constexpr std::size_t kMaxName = 60;
 constexpr std::string_view kMainDir = "Main Data Dir";
-constexpr std::array<std::string_view, 7> kTemplateFiles{
-    "targets.ini", "STgroups.ini", "LdLnFltr.ini", "FltrFiles.ini", "LastVals.ini", "dbdef.ini", "def/visit.def"};
-constexpr std::array<std::string_view, 2> kMoreTables{"def/page.def", "def/visitpages.def"};
+// What a new site gets beside its logline.def, below param.
+constexpr std::array<std::string_view, 9> kTemplateFiles{"targets.ini",   "STgroups.ini", "LdLnFltr.ini",
+                                                         "FltrFiles.ini", "LastVals.ini", "dbdef.ini",
+                                                         "def/visit.def", "def/page.def", "def/visitpages.def"};
 
 core::Result Fail(std::string text) { return {false, std::move(text)}; }
 
@@ -93,12 +94,9 @@ std::string Sites::FreeFolder(std::string_view name) const {
 core::Result Sites::CopyTemplate(const std::string& folder, bool keep) const {
     const std::string from = paths_.Shared() + "/site/param/";
     const std::string to = folder + "/param/";
-    for (const auto* list : {kTemplateFiles.data(), kMoreTables.data()}) {
-        const std::size_t count = list == kTemplateFiles.data() ? kTemplateFiles.size() : kMoreTables.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            core::Result copied = core::FileCopy(from + std::string(list[i]), to + std::string(list[i]));
-            if (!copied) return copied;
-        }
+    for (const std::string_view name : kTemplateFiles) {
+        core::Result copied = core::FileCopy(from + std::string(name), to + std::string(name));
+        if (!copied) return copied;
     }
     return core::FileCopy(from + (keep ? "def/logline_keep.def" : "def/logline_nokeep.def"), to + "def/logline.def");
 }
@@ -133,6 +131,14 @@ core::Result Sites::MakeCurrent(const std::string& folder) {
     return {};
 }
 
+core::Result Sites::FillFolder(const SitePaths& site, const SiteOptions& options) {
+    core::Result done = core::MakeDir(site.folder + "/data");
+    if (done) done = core::MakeDir(site.folder + "/param/def");
+    if (done) done = CopyTemplate(site.folder, options.LastKeepVal);
+    if (done) done = WriteOptions(site, options);
+    return done;
+}
+
 Sites::Created Sites::Site_Create(const SiteOptions& options) {
     Created created;
     created.result = CheckName(options.name);
@@ -143,22 +149,7 @@ Sites::Created Sites::Site_Create(const SiteOptions& options) {
     }
     created.folder = FreeFolder(options.name);
     const SitePaths site = Site_Paths(created.folder);
-    const auto steps = {
-        +[](Sites& self, const SitePaths& at, const SiteOptions&) {
-            (void)self;
-            return core::MakeDir(at.folder + "/data");
-        },
-        +[](Sites& self, const SitePaths& at, const SiteOptions&) {
-            (void)self;
-            return core::MakeDir(at.folder + "/param/def");
-        },
-        +[](Sites& self, const SitePaths& at, const SiteOptions& chosen) {
-            return self.CopyTemplate(at.folder, chosen.LastKeepVal);
-        },
-        +[](Sites& self, const SitePaths& at, const SiteOptions& chosen) { return self.WriteOptions(at, chosen); },
-    };
-    for (const auto& step : steps)
-        if (!(created.result = step(*this, site, options))) return created;
+    if (!(created.result = FillFolder(site, options))) return created;
     CreateDatabaseFile(site.database);
     if (!(created.result = ListSite(options.name, created.folder))) return created;
     created.result = MakeCurrent(created.folder);

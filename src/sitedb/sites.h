@@ -34,6 +34,7 @@ public:
 
 private:
     std::string FreeFolder(std::string_view name) const;
+    core::Result FillFolder(const SitePaths& site, const SiteOptions& options);
     core::Result CopyTemplate(const std::string& folder, bool keep) const;
     core::Result WriteOptions(const SitePaths& site, const SiteOptions& options);
     core::Result ListSite(const std::string& name, const std::string& folder);
