@@ -182,4 +182,13 @@ std::optional<std::int32_t> ParseDate(std::string_view text) {
     return ExactDate(NumberOf(year), month, NumberOf(day));
 }
 
+std::int32_t fDayNo(std::string_view text) { return ParseDate(text).value_or(0); }
+
+std::int32_t fDayNo(double moment) { return ParseIsoDate(FormatDate(moment, "yyyy-mm-dd")).value_or(0); }
+
+double fTimeOnly(double moment) {
+    const Hms time = HmsOf(moment);
+    return (time.hour * 60 + time.minute) / 1440.0;
+}
+
 }  // namespace core

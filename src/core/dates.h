@@ -76,6 +76,12 @@ struct ElapsedWords {
 // crossings (whole days, hours, minutes between the two moments' units).
 std::string fElapsedText(double startMoment, double endMoment, const ElapsedWords& words = {});
 
+// The day of a date text (see ParseDate) or of a moment, without its time; 0 for what is no date.
+std::int32_t fDayNo(std::string_view text);
+std::int32_t fDayNo(double moment);
+// The time of day of a moment as a fraction, in whole minutes.
+double fTimeOnly(double moment);
+
 // ISO form of the command line, "yyyy-mm-dd" -> day number.
 std::optional<std::int32_t> ParseIsoDate(std::string_view text);
 // "yyyy-mm-dd hh:nn:ss", as marks and records hold it, to a moment.

@@ -1,6 +1,8 @@
 #include "core/text.h"
 
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 
 #include "core/numbers.h"
 #include "core/utf8.h"
@@ -114,6 +116,28 @@ bool fEquals(std::string_view a, std::string_view b, Case mode) {
 
 std::size_t fFind(std::string_view text, std::string_view find, Case mode, std::size_t from) {
     return Search(text, find, mode).From(from);
+}
+
+Found fInStr(std::string_view text, std::string_view find, Case mode, long start, long stop) {
+    const long last = stop < 1 ? static_cast<long>(text.size()) : std::min(stop, static_cast<long>(text.size()));
+    start = std::max(start, 1L);
+    if (start > last) return {};
+    const std::string_view window =
+        text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(last - start + 1));
+    const std::size_t at = fFind(window, find, mode);
+    if (at == std::string_view::npos) return {};
+    return {true, start + static_cast<long>(at)};
+}
+
+bool fConcatSafe(std::string_view text, std::string& variable, bool atEnd) {
+    try {
+        variable.insert(atEnd ? variable.size() : 0, text);
+        return false;
+    } catch (const std::bad_alloc&) {
+        return true;
+    } catch (const std::length_error&) {
+        return true;
+    }
 }
 
 long fCount(std::string_view text, std::string_view find, Case mode) {

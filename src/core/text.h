@@ -38,6 +38,12 @@ bool fEquals(std::string_view a, std::string_view b, Case mode);
 
 // Offset (0-based) of the first occurrence at or after `from`, or npos.
 std::size_t fFind(std::string_view text, std::string_view find, Case mode, std::size_t from = 0);
+struct Found {
+    bool found = false;
+    long position = 0;  // 1-based, in the whole text
+};
+// Finds in the window from `start` to `stop` (1-based, both included; a stop below 1 means the end of the text).
+Found fInStr(std::string_view text, std::string_view find, Case mode = Case::Exact, long start = 1, long stop = 0);
 long fCount(std::string_view text, std::string_view find, Case mode = Case::Exact);
 
 struct Token {
@@ -59,6 +65,8 @@ std::string_view fAfterR(std::string_view text, std::string_view delimiter);  //
 std::string fRepeat(std::string_view text, int n);
 std::string fProper(std::string_view text);
 std::string fAddQ(std::string_view text);
+// Appends or puts in front; true when there is no memory for it, and then `variable` is as it was.
+bool fConcatSafe(std::string_view text, std::string& variable, bool atEnd);
 std::string fListAddSep(std::string_view item, std::string_view list);
 
 // Blanks only (code 32), at both ends: what the word "trimmed" means everywhere.

@@ -147,5 +147,12 @@ TEST(ParseDate, TakesRealDatesOnly) {
     EXPECT_FALSE(ParseIsoDate("2008-02-29 "));
 }
 
+TEST(fDayNo, LosesTheTimeAndKnowsWhatIsNoDate) {
+    EXPECT_EQ(fDayNo("2009-03-02"), fDayNo("2 Mar 2009"));
+    EXPECT_EQ(fDayNo(fDayNo("2009-03-02") + 0.75), fDayNo("2009-03-02"));
+    EXPECT_EQ(fDayNo("no date"), 0);
+    EXPECT_DOUBLE_EQ(fTimeOnly(100 + (10 * 60 + 30) / 1440.0 + 20 / 86400.0), (10 * 60 + 30) / 1440.0);
+}
+
 }  // namespace
 }  // namespace core

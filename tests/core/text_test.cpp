@@ -130,5 +130,20 @@ TEST(fBool, IsTrueForAllButThreeTexts) {
     EXPECT_FALSE(fIsOneSigned("1"));
 }
 
+TEST(fInStr, LooksInAWindowAndTellsThePlaceInTheWholeText) {
+    EXPECT_EQ(fInStr("abcABC", "b").position, 2);
+    EXPECT_EQ(fInStr("abcABC", "b", Case::Ignore, 3).position, 5);
+    EXPECT_FALSE(fInStr("abcABC", "ABC", Case::Exact, 1, 5).found);  // reaches over the window
+    EXPECT_TRUE(fInStr("abcABC", "ABC", Case::Exact, 4, 6).found);
+    EXPECT_FALSE(fInStr("abc", "c", Case::Exact, 9).found);
+}
+
+TEST(fConcatSafe, AddsAtEitherEnd) {
+    std::string text = "b";
+    EXPECT_FALSE(fConcatSafe("c", text, true));
+    EXPECT_FALSE(fConcatSafe("a", text, false));
+    EXPECT_EQ(text, "abc");
+}
+
 }  // namespace
 }  // namespace core
