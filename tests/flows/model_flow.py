@@ -201,6 +201,8 @@ def main():
     own_logs = [given[:(len(given) + 1) // 2], given[(len(given) + 1) // 2:]] if given else None
     passed = failed = 0
     for scenario in SCENARIOS:
+        if own_logs:  # the dates are those of the made logs
+            scenario = {key: value for key, value in scenario.items() if key not in ("from", "to")}
         folder = tempfile.mkdtemp(prefix="corvane-flow-")
         try:
             flow = Flow(cli, folder, log_format)
