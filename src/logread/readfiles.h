@@ -34,7 +34,6 @@ struct ReadRequest {
 struct ReadOutcome {
     bool ok = true;  // false: a file's read was stopped or failed
     bool anyRead = false;
-    bool interrupted = false;           // the user stopped the whole job
     bool storeFailed = false;           // the store or a file of the site failed; `errors` tells how
     std::vector<std::string> errors{};  // failures of the store, for the user
     std::vector<FileRecord> files{};

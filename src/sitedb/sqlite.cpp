@@ -49,12 +49,7 @@ bool ConfigureOnce() {
 
 }  // namespace
 
-bool StoreError::DiskFull() const noexcept { return (code_ & 0xff) == SQLITE_FULL; }
-bool StoreError::ReadOnly() const noexcept { return (code_ & 0xff) == SQLITE_READONLY; }
 bool StoreError::Busy() const noexcept { return (code_ & 0xff) == SQLITE_BUSY; }
-bool StoreError::Damaged() const noexcept {
-    return (code_ & 0xff) == SQLITE_CORRUPT || (code_ & 0xff) == SQLITE_NOTADB;
-}
 
 Statement::Statement(sqlite3* db, std::string_view sql) {
     const int code = sqlite3_prepare_v3(db, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,

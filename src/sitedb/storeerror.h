@@ -14,10 +14,7 @@ public:
     StoreError(int number, int code, const std::string& text) : core::ErrorNumber(number, text), code_(code) {}
     int code() const noexcept { return code_; }
 
-    bool DiskFull() const noexcept;
-    bool ReadOnly() const noexcept;
     bool Busy() const noexcept;
-    bool Damaged() const noexcept;
 
 private:
     int code_;  // extended result code
