@@ -191,6 +191,7 @@ void Run::ReadVisits() {
         "Dates: " + core::fDateText(days.first, "dd mmm yy") + " to " + core::fDateText(days.Last(), "dd mmm yy");
     dialogs::Report report(env_.progress, "Read visits for selected date range. Check targets && compile statistics.",
                            "visits", results_->visits);
+    const sitedb::Heartbeat heart(site_.Db(), env_.progress, sitedb::MayStop::Yes);
     sitedb::AnalysisRows rows(site_.Db(), RangeOf(options.dates),
                               {.bytes = !results_->Targets.empty(), .referrer = request_.field == kReferrer});
     sitedb::AnalysisRow visit;

@@ -39,6 +39,8 @@ public:
     // True once the user has confirmed the stop.
     [[nodiscard]] virtual bool PIStep(int report, double count, std::string_view text) = 0;
     virtual void PIDone(int report) = 0;
+    // From within one long step: lets the window live. True once the user has confirmed the stop.
+    [[nodiscard]] virtual bool Beat() { return false; }
 };
 
 // The wall clock of the program, local time. Only records for people use it.

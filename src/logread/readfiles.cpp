@@ -21,7 +21,7 @@
 namespace logread {
 namespace {
 
-constexpr double kProgressEvery = 0.25;      // seconds; also how fast a stop is heard
+constexpr double kProgressEvery = 0.1;      // seconds; also how fast a stop is heard
 constexpr std::int64_t kLinesPerLook = 256;  // between two looks at the clock
 
 constexpr std::string_view kFileSkipped = " File Skipped.";

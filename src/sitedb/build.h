@@ -47,7 +47,7 @@ Database BLDTBL_OpenDB(const std::string& path, bool readOnly);
 
 // Replaces the file by a compacted copy; true when it was replaced. There is never a moment without a whole
 // database under its name. On failure the old file stands, open.
-bool BLDTBL_CompactDB(Database& db);
+bool BLDTBL_CompactDB(Database& db, core::Progress* progress = nullptr);
 
 // While a job writes: exclusive, write-ahead log, full flushes. Back to one ordinary file at the end.
 class WorkMode {

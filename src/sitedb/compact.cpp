@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "core/files.h"
 #include "sitedb/build.h"
 #include "sitedb/storeerror.h"
@@ -31,26 +33,28 @@ bool SameRows(Database& original, Database& copy) {
     return true;
 }
 
-bool WriteCopy(Database& db, const std::string& temp) {
+bool WriteCopy(Database& db, const std::string& temp, core::Progress* progress) {
     try {
+        std::optional<Heartbeat> heart;
+        if (progress != nullptr) heart.emplace(db, *progress, MayStop::Yes);
         Statement vacuum = db.Prepare("VACUUM INTO ?");
         vacuum.Bind(1, std::string_view(temp));
         vacuum.Run();
         Database copy = BLDTBL_OpenDB(temp, true);
         return SameRows(db, copy);
     } catch (const core::ErrorNumber&) {
-        return false;  // the old database stands, only bigger than it need be
+        return false;  // failed or stopped: the old database stands, only bigger than it need be
     }
 }
 
 }  // namespace
 
-bool BLDTBL_CompactDB(Database& db) {
+bool BLDTBL_CompactDB(Database& db, core::Progress* progress) {
     const std::string path = db.Path();
     const std::string temp = TempOf(path);
     RemoveCopy(temp);
     if (core::Exists(temp)) return false;
-    if (!WriteCopy(db, temp) || !core::SyncFile(temp)) {
+    if (!WriteCopy(db, temp, progress) || !core::SyncFile(temp)) {
         RemoveCopy(temp);
         return false;
     }

@@ -9,6 +9,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "sitedb/sitefolder.h"
 
 namespace sitedb {
 namespace {
@@ -52,6 +53,11 @@ std::string FolderName(std::string_view name) {
     return folder;
 }
 
+bool IsListed(const std::vector<std::string>& names, std::string_view name) {
+    return std::ranges::any_of(names,
+                               [&](const std::string& item) { return core::fEquals(item, name, core::Case::Ignore); });
+}
+
 }  // namespace
 
 std::string Sites::ListFile() const { return paths_.Home() + "/param/sitedbs.ini"; }
@@ -66,10 +72,7 @@ std::vector<std::string> Sites::Names() const {
 }
 
 std::string Sites::Folder(std::string_view name) const {
-    const std::vector<std::string> names = Names();
-    const bool listed = std::ranges::any_of(
-        names, [&](const std::string& item) { return core::fEquals(item, name, core::Case::Ignore); });
-    if (!listed) return {};
+    if (!IsListed(Names(), name)) return {};
     return paths_.ToNative(env_.ini.IniGet(name, "Parm", ListFile()));
 }
 
@@ -79,7 +82,7 @@ std::string Sites::CurrentFolder() const {
     return stored.empty() ? std::string() : paths_.ToNative(stored);
 }
 
-std::string Sites::CurrentName() const {
+std::string Sites::Site_Name() const {
     const std::string folder = CurrentFolder();
     return folder.empty() ? std::string() : env_.ini.IniGet("Main", "Parm", Site_Paths(folder).dbdef);
 }
@@ -139,14 +142,15 @@ core::Result Sites::FillFolder(const SitePaths& site, const SiteOptions& options
     return done;
 }
 
+core::Result Sites::CheckNewName(std::string_view name) const {
+    if (core::Result well = CheckName(name); !well) return well;
+    return IsListed(Names(), name) ? Fail("There is a site of that name already: " + std::string(name))
+                                   : core::Result{};
+}
+
 Sites::Created Sites::Site_Create(const SiteOptions& options) {
     Created created;
-    created.result = CheckName(options.name);
-    if (!created.result) return created;
-    if (!Folder(options.name).empty()) {
-        created.result = Fail("There is a site of that name already: " + options.name);
-        return created;
-    }
+    if (!(created.result = CheckNewName(options.name))) return created;
     created.folder = FreeFolder(options.name);
     const SitePaths site = Site_Paths(created.folder);
     if (!(created.result = FillFolder(site, options))) return created;
@@ -165,9 +169,8 @@ core::Result Sites::Site_Select(std::string_view name) {
         "selected.\r\rProblem Details:\r";
     const std::string folder = Folder(name);
     if (folder.empty()) return Fail(std::string(kNotChanged) + "No site of this name is on the list.");
-    if (!core::IsDir(folder)) return Fail(std::string(kNotChanged) + "Dir does not exist. " + folder);
-    const SitePaths site = Site_Paths(folder);
-    if (!core::Exists(site.dbdef)) return Fail(std::string(kNotChanged) + "No site database in this folder: " + folder);
+    if (const core::Result usable = CheckSiteFolder(folder, paths_); !usable)
+        return Fail(std::string(kNotChanged) + usable.error);
     return MakeCurrent(folder);
 }
 

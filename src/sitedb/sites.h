@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/files.h"
+#include "core/ports.h"
 #include "sitedb/site.h"
 
 // The list of sites, and which is current. No database is open here.
@@ -20,7 +21,10 @@ public:
     std::string Folder(std::string_view name) const;
     // Native folder of the current site, "" when there is none.
     std::string CurrentFolder() const;
-    std::string CurrentName() const;
+    std::string Site_Name() const;
+
+    // A name that a new site can have: it can be shown, listed and stored, leads out of no folder, and is free.
+    core::Result CheckNewName(std::string_view name) const;
 
     // Makes the folder, copies the template, writes the five options, makes it current. `made` is the new folder.
     struct Created {
@@ -31,6 +35,33 @@ public:
 
     // Tests the folder and makes the site current. On a problem nothing changes.
     core::Result Site_Select(std::string_view name);
+    // The same for a folder that was current before.
+    core::Result MakeCurrent(const std::string& folder);
+
+    // Takes a site off the list, then asks ("SiteRemoveFolder") whether its folder goes to <home>/recycled. The current
+    // site is refused. What is no site's folder stays where it is and the user is told ("SiteRemoveFailed").
+    struct Removed {
+        core::Result result{};  // of the list
+        std::string folder{};   // that the site had
+        std::string movedTo{};  // "": the folder stands where it was
+        std::string kept{};     // why it stands there, "" when the user wanted so
+    };
+    Removed Site_Remove(std::string_view name);
+    // Moves the folders of all sites, the current one too, and takes those off the list. Nothing is deleted.
+    struct Recycled {
+        std::string message{};  // for the user, with the list
+        bool all = true;
+    };
+    Recycled Sites_Recycle();
+    // The clean-up when the program is removed: asks, recycles, tells. False: the user did not want it.
+    bool Sites_DeleteAll();
+    static core::Question DeleteAllQuestion();
+
+    // The five options of a site as a message; "" when it is not on the list.
+    std::string Site_ShowOptions(std::string_view name) const;
+
+    // sitedbs.ini: the list, and the first site's name.
+    std::string ListFile() const;
 
 private:
     std::string FreeFolder(std::string_view name) const;
@@ -38,9 +69,10 @@ private:
     core::Result CopyTemplate(const std::string& folder, bool keep) const;
     core::Result WriteOptions(const SitePaths& site, const SiteOptions& options);
     core::Result ListSite(const std::string& name, const std::string& folder);
-    core::Result MakeCurrent(const std::string& folder);
+    core::Result Unlist(const std::string& name);
+    std::string WhyKept(const std::string& folder) const;
+    core::Result Recycle(const std::string& folder, std::string& movedTo) const;
 
-    std::string ListFile() const;
     std::string DirFile() const;
 
     core::Env& env_;

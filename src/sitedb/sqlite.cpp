@@ -4,11 +4,14 @@
 
 #include <utility>
 
+#include "core/error.h"
+#include "core/ports.h"
 #include "sitedb/storeerror.h"
 
 namespace sitedb {
 namespace {
 
+constexpr int kInstructionsPerBeat = 20000;  // of the store's engine: a millisecond or two
 constexpr int kMaxTextLength = 8 << 20;  // bytes of one value or row: far above any line
 
 std::string Advice(int code) {
@@ -31,6 +34,7 @@ std::string Advice(int code) {
 
 [[noreturn]] void Raise(sqlite3* db, int code, std::string_view call) {
     const int extended = db != nullptr ? sqlite3_extended_errcode(db) : code;
+    if (extended == SQLITE_INTERRUPT) throw core::Stopped("Heartbeat");  // nothing else interrupts
     const char* text = db != nullptr ? sqlite3_errmsg(db) : sqlite3_errstr(code);
     const bool duplicate = extended == SQLITE_CONSTRAINT_PRIMARYKEY || extended == SQLITE_CONSTRAINT_UNIQUE ||
                            extended == SQLITE_CONSTRAINT_ROWID;
@@ -191,6 +195,22 @@ void Database::AddTextFunction(const char* name, TextFunction function) {
     const int code = sqlite3_create_function_v2(db_, name, 1, SQLITE_UTF8 | SQLITE_DIRECTONLY, owned, call, nullptr,
                                                 nullptr, [](void* taken) { delete static_cast<TextFunction*>(taken); });
     if (code != SQLITE_OK) Raise(db_, code, name);
+}
+
+Heartbeat::Heartbeat(Database& db, core::Progress& progress, MayStop mayStop)
+    : db_(db.Handle()), progress_(progress), mayStop_(mayStop == MayStop::Yes) {
+    sqlite3_progress_handler(db_, kInstructionsPerBeat, &Heartbeat::Beat, this);
+}
+
+Heartbeat::~Heartbeat() { sqlite3_progress_handler(db_, 0, nullptr, nullptr); }
+
+int Heartbeat::Beat(void* self) {
+    auto* const heart = static_cast<Heartbeat*>(self);
+    try {
+        return heart->progress_.Beat() && heart->mayStop_ ? 1 : 0;
+    } catch (const std::exception&) {  // nothing may fly through the library; the job's next step tells
+        return 0;
+    }
 }
 
 Transaction::Transaction(Database& db) : db_(db) { db_.Exec("BEGIN IMMEDIATE"); }

@@ -10,6 +10,10 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
+namespace core {
+class Progress;
+}
+
 // The thin wrapper around the store's library: every return code is tested here and nowhere else. What is not
 // "row" or "done" is a StoreError, never the end of the rows. All values are bound; no SQL is made of data.
 namespace sitedb {
@@ -86,6 +90,25 @@ public:
 private:
     sqlite3* db_ = nullptr;
     std::string path_{};
+};
+
+// Lets the window live while one statement takes long. Where `MayStop` is Yes a confirmed stop ends the statement with
+// core::Stopped; a statement that writes then takes its whole transaction back, so it is for jobs that are one
+// transaction, or none. One at a time for a database.
+enum class MayStop { No, Yes };
+class Heartbeat {
+public:
+    Heartbeat(Database& db, core::Progress& progress, MayStop mayStop);
+    ~Heartbeat();
+    Heartbeat(const Heartbeat&) = delete;
+    Heartbeat& operator=(const Heartbeat&) = delete;
+
+private:
+    static int Beat(void* self);
+
+    sqlite3* db_;
+    core::Progress& progress_;
+    bool mayStop_;
 };
 
 // Rolls back unless committed.

@@ -20,7 +20,7 @@ namespace visits {
 namespace {
 
 constexpr std::int64_t kLinesPerLook = 512;
-constexpr double kProgressEvery = 0.25;
+constexpr double kProgressEvery = 0.1;
 constexpr std::int64_t kManyLines = 50000;  // from here on the index of visits is made anew rather than kept
 constexpr char kEngineEnd = '\n';           // between engine and term
 
@@ -181,6 +181,7 @@ void BuildVisits(core::Env& env, sitedb::Site& site, const logdefs::SearchEngine
     sitedb::WorkMode work(db);
     std::int32_t lastVisitId = -1;
     {
+        const sitedb::Heartbeat heart(db, env.progress, sitedb::MayStop::Yes);
         sitedb::Transaction all(db);
         Step2 step(env, site, engines, outcome);
         step.Run();
@@ -202,7 +203,7 @@ void CleanUp(core::Env& env, sitedb::Site& site, VisitsOutcome& outcome) {
     site.Pages().Release();
     const bool changed = outcome.lines > 0 || outcome.visitsErased > 0 || outcome.linesIgnored > 0;
     if (changed || site.Db().Scalar("PRAGMA freelist_count") > 0)
-        outcome.compacted = sitedb::BLDTBL_CompactDB(site.Db());
+        outcome.compacted = sitedb::BLDTBL_CompactDB(site.Db(), &env.progress);
     report.Step(1);
     if (core::Exists(site.Paths().temp)) core::RemoveDir(site.Paths().temp);
 }
