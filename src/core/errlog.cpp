@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <utility>
 
 #include "core/dates.h"
@@ -55,7 +56,51 @@ std::string Quoted(std::string_view field) {
     return quoted + '"';
 }
 
+// The fields of one record without its line end; none when a quote stands where it cannot.
+std::vector<std::string> FieldsOf(std::string_view record) {
+    std::vector<std::string> fields;
+    for (std::size_t at = 0; at <= record.size(); ++at) {
+        std::string field;
+        if (at < record.size() && record[at] == '"') {
+            for (++at;; ++at) {
+                if (at >= record.size()) return {};
+                if (record[at] != '"')
+                    field += record[at];
+                else if (at + 1 < record.size() && record[at + 1] == '"')
+                    field += record[at++];
+                else
+                    break;
+            }
+            if (++at < record.size() && record[at] != ',') return {};
+        } else {
+            const std::size_t end = std::min(record.find(',', at), record.size());
+            field = record.substr(at, end - at);
+            at = end;
+        }
+        fields.push_back(std::move(field));
+    }
+    return fields;
+}
+
 }  // namespace
+
+std::vector<EventRecord> ReadEventRecords(std::string_view text) {
+    constexpr std::size_t kFields = 12;
+    std::vector<EventRecord> records;
+    while (!text.empty()) {  // no field holds a line feed
+        std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        if (!line.starts_with('"')) continue;
+        std::vector<std::string> f = FieldsOf(line);
+        if (f.size() != kFields) continue;
+        const int number = std::atoi(f[2].c_str());
+        records.push_back({f[0], f[1], number, f[3], f[4], f[5], f[6], f[7], {f[8], f[9], f[10]}, f[11]});
+    }
+    return records;
+}
+
+Result EventLog::AppendFallback(std::string_view text) const { return AppendWhole(fallback_, Tame(text) + "\r\n"); }
 
 void EventLog::SetProgram(std::string folder, std::string executable, std::string caption) {
     folder_ = std::move(folder);
@@ -84,9 +129,11 @@ EventLog::Logged EventLog::LogEvent(int number, std::string_view procName, std::
     const Result appended = AppendWhole(path, record);
     logged.written = appended.ok;
     logged.error = appended.error;
+    logged.path = path;
     if (!appended && path != fallback_ && AppendWhole(fallback_, record)) {
         logged.written = true;
         logged.error += " The record stands in " + Tame(fallback_) + ".";
+        logged.path = fallback_;
     }
     return logged;
 }

@@ -2,6 +2,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "core/files.h"
 
 namespace core {
 
@@ -13,6 +16,22 @@ struct EventPlace {
     std::string control{};
     std::string controlIndex{};
 };
+
+// Names of a record's fields, for whoever shows the log as a table.
+inline constexpr std::string_view kEventColumns =
+    "Date,Time,No,Event,Install Dir,Exe,Caption,More?,Active Screen,Control,Data,Full Message. Ctrl+ Z or Ctrl+ "
+    "double-click to show it";
+
+// One record as it stands in the log.
+struct EventRecord {
+    std::string date{}, time{};
+    int number = 0;
+    std::string event{}, folder{}, executable{}, caption{}, more{};
+    EventPlace place{};
+    std::string message{};  // lines parted by CR
+};
+// The records of a log or of its end, the oldest first. What is no whole record is left out.
+std::vector<EventRecord> ReadEventRecords(std::string_view text);
 
 // The one log of failures that nobody expected. A log that cannot be written is told in the return
 // value: it never ends the program.
@@ -28,9 +47,13 @@ public:
     struct Logged {
         std::string message{};
         bool written = false;
+        std::string path{};   // of the log with the record
         std::string error{};  // why the record could not be written
     };
     Logged LogEvent(int number, std::string_view procName, std::string_view description, const EventPlace& place = {});
+
+    // A text of its own at the end of the fallback file: the last resort when handling a failure fails.
+    Result AppendFallback(std::string_view text) const;
 
     // The last 100000 bytes of the log, or "No errors have been recorded.".
     std::string Tail() const;

@@ -36,19 +36,21 @@ inline constexpr int kReservedSection = 8011;
 inline constexpr int kReservedAltEntry = 8012;
 inline constexpr int kReservedSplitEntry = 8013;
 inline constexpr int kNotInitialised = 8871;
+inline constexpr int kControlType = 9710;     // a dialog's control of unknown type
+inline constexpr int kControlOutside = 9711;  // a control's number outside the list
 inline constexpr int kNoFreeSubstitute = 9910;
 inline constexpr int kSectionLine = 19132;
 inline constexpr int kFieldName = 66350;
 inline constexpr int kRowText = 91273;
 
-inline constexpr std::array kAll{kSubscript,        kMissingEntry,     kFailedWrite,        kBadExistsAction,
-                                 kBadMissingAction, kStopped,          kTableNameLength,    kTableName,
-                                 kFieldAttribute,   kDbPathWildcard,   kDbMissing,          kDefPathWildcard,
-                                 kDefMissing,       kIndexUnique,      kIndexPrimary,       kValueVanished,
-                                 kValueTooLong,     kSectionScan,      kDuplicateKey,       kStore,
-                                 kOverflowName,     kOverflowList,     kOverflowNext,       kEmptyBraceDelim,
-                                 kReservedSection,  kReservedAltEntry, kReservedSplitEntry, kNotInitialised,
-                                 kNoFreeSubstitute, kSectionLine,      kFieldName,          kRowText};
+inline constexpr std::array kAll{
+    kSubscript,        kMissingEntry,       kFailedWrite,    kBadExistsAction, kBadMissingAction,
+    kStopped,          kTableNameLength,    kTableName,      kFieldAttribute,  kDbPathWildcard,
+    kDbMissing,        kDefPathWildcard,    kDefMissing,     kIndexUnique,     kIndexPrimary,
+    kValueVanished,    kValueTooLong,       kSectionScan,    kDuplicateKey,    kStore,
+    kOverflowName,     kOverflowList,       kOverflowNext,   kEmptyBraceDelim, kReservedSection,
+    kReservedAltEntry, kReservedSplitEntry, kNotInitialised, kControlType,     kControlOutside,
+    kNoFreeSubstitute, kSectionLine,        kFieldName,      kRowText};
 
 consteval bool AllDiffer() {
     for (std::size_t i = 0; i < kAll.size(); ++i)

@@ -40,6 +40,12 @@ std::string_view AdviceFor(int error) {
     return row != kAdvice.end() ? row->text : "Check the disk, then try again.";
 }
 
+bool IsControl(char32_t code) {
+    const bool direction = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+    const bool lineEnd = code == 0x2028 || code == 0x2029;
+    return code < 32 || (code >= 127 && code < 160) || direction || lineEnd;
+}
+
 }  // namespace
 
 bool Fd::Close() {
@@ -86,8 +92,10 @@ Result OpenRegular(const std::string& path, Fd& fd, struct stat& info) {
     fd.Reset(OpenRetry(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!fd || ::fstat(fd.Get(), &info) != 0) {
         const int error = errno;
-        Result failed{false, "Error opening file >>" + Shown(path) + "<<. " + strerrordesc_np(error) + ". " +
-                                 std::string(AdviceFor(error))};
+        Result failed{
+            false,
+            "Error opening file >>" + Shown(path) + "<<. " + Reason(error) + ". " + std::string(AdviceFor(error)),
+            error};
         errno = error;
         return failed;
     }
@@ -97,10 +105,16 @@ Result OpenRegular(const std::string& path, Fd& fd, struct stat& info) {
     return refused;
 }
 
-Result Fail(std::string_view done, const std::string& path, int error) {
+std::string Reason(int error) {
     const char* reason = strerrordesc_np(error);
-    return {false, "File >>" + Shown(path) + "<< cannot be " + std::string(done) + ". " +
-                       (reason ? reason : "Unknown error") + ". " + std::string(AdviceFor(error))};
+    return reason != nullptr ? reason : "Unknown error";
+}
+
+Result Fail(std::string_view done, const std::string& path, int error) {
+    return {false,
+            "File >>" + Shown(path) + "<< cannot be " + std::string(done) + ". " + Reason(error) + ". " +
+                std::string(AdviceFor(error)),
+            error};
 }
 
 Result NotRegular(const std::string& path, mode_t mode) {
@@ -115,8 +129,7 @@ std::string Shown(std::string_view path) {
     const std::string text = ToUtf8(path);
     for (std::size_t at = 0; at < text.size();) {
         const Letter letter = LetterAt(text, at);
-        const bool control = letter.code < 32 || (letter.code >= 127 && letter.code < 160);
-        shown += control ? "?" : text.substr(at, letter.length);
+        shown += IsControl(letter.code) ? "?" : text.substr(at, letter.length);
         at += letter.length;
     }
     return shown;

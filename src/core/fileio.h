@@ -47,7 +47,8 @@ Result OpenRegular(const std::string& path, Fd& fd, struct stat& info);
 // Texts for the user: what failed, why, and what to do.
 Result Fail(std::string_view done, const std::string& path, int error);
 Result NotRegular(const std::string& path, mode_t mode);
-// A name as it can be shown: control characters, which a file name may hold, as "?".
+std::string Reason(int error);  // "Permission denied"
+// A name as it can be shown: control characters and those that turn the direction of writing, as "?".
 std::string Shown(std::string_view path);
 
 }  // namespace core::fileio

@@ -13,6 +13,7 @@ namespace core {
 struct Result {
     bool ok = true;
     std::string error{};  // for the user, "" when ok
+    int code = 0;         // the system's number of the error (errno), 0 when it gave none
     explicit operator bool() const { return ok; }
 };
 
@@ -68,6 +69,10 @@ Result FileCopy(const std::string& from, const std::string& to);  // replaces si
 Result FileDelete(const std::string& path);
 Result FileRename(const std::string& from, const std::string& to);
 Result MakeDir(const std::string& path);  // with parents
+// Protects a file against writing, or gives its owner the right back.
+Result FileSetAttributes(const std::string& path, bool readOnly);
+// Whether a file could be opened for reading, or for writing too; nothing in it changes.
+Result FileOpenCheck(const std::string& path, bool forWriting = false);
 // Removes a folder and what is in it; never follows a symbolic link out of it.
 Result RemoveDir(const std::string& path);
 bool IsDir(const std::string& path);

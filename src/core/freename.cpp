@@ -2,10 +2,13 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "core/fileio.h"
 #include "core/files.h"
+#include "core/inistore.h"
+#include "core/paths.h"
 #include "core/utf8.h"
 
 namespace core {
@@ -16,6 +19,7 @@ constexpr std::size_t kMostFolder = 224;
 constexpr std::size_t kMostPath = 232;
 constexpr std::size_t kShortName = 8;
 constexpr long kMostTries = 1'000'000;
+constexpr std::string_view kAllUsed = "All filenames used in this dir.";
 
 FreeName Error(std::string_view text) { return {false, "**Error. " + std::string(text)}; }
 
@@ -36,41 +40,81 @@ struct Pieces {
     std::string type{};  // with its point
 };
 
-// "a.12" goes on from 12, anything else begins at 0.
-FreeName LongName(const Pieces& pieces) {
-    std::string stem = pieces.name;
-    long number = 0;
-    const std::string digits = fTypeOf(stem);
+// One search: where it began, how far it is.
+class Search {
+public:
+    Search(const Pieces& pieces, const FreeNameRules& rules)
+        : pieces_(pieces), rules_(rules), memory_(pieces.folder + std::string(kFreeNameFile)) {}
+
+    FreeName Long();
+    FreeName Short();
+
+private:
+    std::string Path(std::string_view stem) const { return pieces_.folder + std::string(stem) + pieces_.type; }
+    std::string Entry() const { return pieces_.name + pieces_.type; }
+    // The kept name without its type, "" when none is kept.
+    std::string Kept() const {
+        if (!rules_.saved) return {};
+        const std::string kept = rules_.saved->IniGet("Main", Entry(), memory_, Missing::Marker);
+        return kept == kNotFound || !kept.ends_with(pieces_.type) ? std::string()
+                                                                  : kept.substr(0, kept.size() - pieces_.type.size());
+    }
+    FreeName Found(std::string_view stem) const {
+        // Only a help for the next search: a failed write loses nothing.
+        if (rules_.saved && tries_ > rules_.triesBeforeSave)
+            rules_.saved->IniPut("Main", Entry(), std::string(stem) + pieces_.type, memory_, OnFail::Ignore);
+        return {true, Path(stem)};
+    }
+
+    const Pieces& pieces_;
+    const FreeNameRules& rules_;
+    std::string memory_;
+    long tries_ = 0;
+};
+
+// The digits behind the last point, and what stands before it.
+struct Numbered {
+    std::string stem{};
+    std::optional<long> number{};
+};
+Numbered SplitNumber(const std::string& name) {
     constexpr std::size_t kMostDigits = 9;
-    if (!digits.empty() && digits.size() <= kMostDigits &&
-        digits.find_first_not_of("0123456789") == std::string::npos) {
-        number = std::stol(digits);
-        stem.resize(stem.size() - digits.size() - 1);
-    }
-    for (const long end = number + kMostTries; number < end; ++number) {
-        std::string path = pieces.folder + stem + "." + std::to_string(number) + pieces.type;
-        if (path.size() > kMostPath) return Error("File name is too long. Use a shorter name.");
-        if (IsFree(path)) return {true, std::move(path)};
-    }
-    return Error("All filenames used in this dir.");
+    const std::string digits = fTypeOf(name);
+    if (digits.empty() || digits.size() > kMostDigits || digits.find_first_not_of("0123456789") != std::string::npos)
+        return {name, {}};
+    return {name.substr(0, name.size() - digits.size() - 1), std::stol(digits)};
 }
 
-FreeName ShortName(const Pieces& pieces) {
-    std::string name(CutUtf8(pieces.name, kShortName));
-    name.append(kShortName - name.size(), '0');
-    for (std::optional<std::string> next = name; next; next = NextFreeText(*next)) {
-        std::string path = pieces.folder + *next + pieces.type;
-        if (IsFree(path)) return {true, std::move(path)};
+// "a.12" goes on from 12, anything else begins at 0.
+FreeName Search::Long() {
+    const Numbered begin = SplitNumber(pieces_.name);
+    long number = begin.number.value_or(0);
+    if (const Numbered kept = SplitNumber(Kept()); kept.number && kept.stem == begin.stem)
+        number = std::max(number, *kept.number);
+    for (const long end = number + kMostTries; number < end; ++number, ++tries_) {
+        const std::string stem = begin.stem + "." + std::to_string(number);
+        if (Path(stem).size() > kMostPath) return Error("File name is too long. Use a shorter name.");
+        if (IsFree(Path(stem))) return Found(stem);
     }
-    return Error("All filenames used in this dir.");
+    return Error(kAllUsed);
+}
+
+FreeName Search::Short() {
+    std::string name(CutUtf8(pieces_.name, kShortName));
+    name.append(kShortName - name.size(), '0');
+    if (const std::string kept = Kept(); kept.size() == kShortName && kept.find('/') == std::string::npos) name = kept;
+    for (std::optional<std::string> next = name; next; next = NextFreeText(*next, rules_.fixed), ++tries_)
+        if (IsFree(Path(*next))) return Found(*next);
+    return Error(kAllUsed);
 }
 
 }  // namespace
 
-std::optional<std::string> NextFreeText(std::string_view text) {
+std::optional<std::string> NextFreeText(std::string_view text, const std::vector<bool>& fixed) {
     std::string next(text);
     for (std::size_t at = next.size(); at-- > 0;) {
         const char c = next[at];
+        if (at < fixed.size() && fixed[at]) continue;
         if (const char stepped = Next(c)) {
             next[at] = stepped;
             return next;
@@ -89,7 +133,13 @@ FreeName MakeFreeName(std::string_view nativeTemplate, const FreeNameRules& rule
     if (pieces.name.empty()) return Error("Must include file name after dir spec.");
     if (!IsDir(pieces.folder)) return Error("Directory does not exist: " + shown);
     if (pieces.folder.size() > kMostFolder) return Error("Folder name is too long. Use a shorter one.");
-    return rules.longName ? LongName(pieces) : ShortName(pieces);
+    Search search(pieces, rules);
+    return rules.longName ? search.Long() : search.Short();
+}
+
+FreeName MakeFreeName(const Paths& paths, std::string_view pafnTemplate, const FreeNameRules& rules) {
+    if (const NameCheck check = CheckPAFN(pafnTemplate, paths); !check.ok) return Error(check.error);
+    return MakeFreeName(paths.ToNative(pafnTemplate), rules);
 }
 
 }  // namespace core

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/files.h"
 
@@ -43,5 +47,22 @@ private:
 // closed. Raises 1031 or 1032 for a letter that is none of the rules', 1001 for any other mode.
 Result OpenFile(User& user, const Paths& paths, std::string_view name, char mode, const OpenRules& rules,
                 OpenedFile& file);
+// A text file for output: as above, and what is appended begins on a line of its own.
+Result OpenText(User& user, const Paths& paths, std::string_view name, OpenRules rules, OpenedFile& file);
+// A whole text as a file, by the same rules. In one step: on failure an old file stands as it was.
+Result WriteFile(User& user, const Paths& paths, std::string_view name, std::string_view text,
+                 const OpenRules& rules = {});
+
+inline constexpr std::int64_t kChunkChars = 64000;
+inline constexpr std::size_t kMostChunks = 30000;
+struct BigText {
+    Result result{};
+    std::vector<std::string> chunks{};  // each of kChunkChars bytes, the last of the rest
+    bool truncated = false;
+};
+// Reads a file (a native path) that is too large for one text, from byte `start` (1-based). A file of more chunks is
+// cut there and the user told. `between` runs behind every chunk, so that a window lives on.
+BigText ReadFileBig(User& user, const std::string& path, std::int64_t start = 1, std::size_t maxChunks = kMostChunks,
+                    const std::function<void()>& between = {});
 
 }  // namespace core

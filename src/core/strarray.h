@@ -35,7 +35,8 @@ public:
     void ReDim(long upper);
     void Append(std::string item) { items_.push_back(std::move(item)); }
 
-    std::span<const std::string> Items() const { return items_; }
+    std::span<const std::string> Items() const& { return items_; }
+    std::vector<std::string> Items() && { return std::move(items_); }  // so that a loop over a fresh list owns it
 
     friend bool operator==(const StrArray&, const StrArray&) = default;
 

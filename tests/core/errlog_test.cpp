@@ -46,6 +46,21 @@ TEST_F(EventLogTest, DataForgesNoRecordAndNoTerminalCode) {
     EXPECT_NE(text.find("a..\"\"2024\"\".[31m.>>."), std::string::npos);
 }
 
+TEST_F(EventLogTest, RecordsReadBackAndWhatIsNoneIsLeftOut) {
+    log.SetPath(path);
+    log.SetProgram("/opt/x", "corvane", "Corvane");
+    log.LogEvent(9, "a,\"b\"", "1\r\n2", {"Main", "L", "3"});
+    log.LogEvent(40000, "", "");
+    const std::string text = folder.Read("errors.log");
+    const auto records = ReadEventRecords("cut,\"off\"\r\n\"1\",2\r\n\"open\r\n" + text + "\"half");
+    ASSERT_EQ(records.size(), 2U);
+    EXPECT_EQ(records[0].number, 9);
+    EXPECT_EQ(records[0].event, "a,\"b\"");
+    EXPECT_EQ(records[0].place.controlIndex, "3");
+    EXPECT_NE(records[0].message.find("<<9 - 1..2>>."), std::string::npos);
+    EXPECT_EQ(records[1].number, 40000);
+}
+
 TEST_F(EventLogTest, WithoutAPathTheFallbackTakesTheRecord) {
     EXPECT_EQ(log.Tail(), "No errors have been recorded.");
     const auto logged = log.LogEvent(40000, "Proc", "");
