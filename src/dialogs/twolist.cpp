@@ -1,0 +1,243 @@
+#include "dialogs/twolist.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/inistore.h"
+#include "core/numbers.h"
+#include "core/text.h"
+#include "dialogs/editlist.h"
+#include "dialogs/twolistscreen.h"
+
+namespace dialogs {
+namespace {
+
+constexpr std::string_view kListSpec = "|4000||||||||2|||||True|True";
+constexpr std::string_view kHintSpec = "100|||||||True";
+
+std::vector<int> RowsToSkip(const ListSide& left, const std::vector<std::string>& skip) {
+    const std::unordered_set<std::string_view> texts(skip.begin(), skip.end());
+    std::vector<int> rows;
+    for (std::size_t i = 0; i < left.texts.size(); ++i)
+        if (texts.contains(left.texts[i])) rows.push_back(static_cast<int>(i));
+    return rows;
+}
+
+std::size_t MostItems(core::IniStore& ini, const IniEntry& place) {
+    if (!place.Given()) return 0;
+    const double most = core::fNum(ini.IniGet(place.section, place.entry, place.file));
+    return static_cast<std::size_t>(std::max(core::ToLong(most), 0));
+}
+
+}  // namespace
+
+bool AskEach::Yes(const std::string& message) {
+    if (mode_ != Mode::Ask) return mode_ == Mode::All;
+    Box box;
+    box.message = message;
+    box.title = title_;
+    box.buttons = "&Yes|&No|Yes to &All|&Cancel (skip rest)";
+    const Pressed pressed = ShowMB(desk_, box);
+    if (pressed.button == 3) mode_ = Mode::All;
+    if (pressed.Cancelled()) mode_ = Mode::Skip;
+    return pressed.button == 1 || pressed.button == 3;
+}
+
+TwoListScreen::TwoListScreen(const Desk& desk, core::Progress& progress, const TwoListPlan& plan, ListSide left,
+                             ListSide right)
+    : desk_(desk),
+      progress_(progress),
+      plan_(plan),
+      startLeft_(std::move(left)),
+      startRight_(std::move(right)),
+      groups_(desk.ini, plan.groups),
+      lists_(startLeft_, startRight_),
+      most_(MostItems(desk.ini, plan.maxNo)) {
+    if (HasFilters()) rules_ = ReadRules(desk_.ini, plan_.filters);
+    if (HasSkipList()) skip_ = ReadTexts(desk_.ini, plan_.skipList);
+    if (!skip_.empty()) skipped_ = lists_.TakeLeft(RowsToSkip(startLeft_, skip_));
+    if (!HasGroups() || plan_.group.empty()) return;
+    group_ = groups_.Find(plan_.group);
+    if (!group_) group_ = groups_.Add(plan_.group);
+}
+
+const std::vector<TwoListScreen::Act>& TwoListScreen::MainActs() {
+    using Screen = TwoListScreen;
+    static const std::vector<Act> kActs{
+        {"&Add -->", "", false, &Screen::Always, &Screen::Add},
+        {"<-- R&emove", "", false, &Screen::Always, &Screen::Remove},
+        {"Move &Up", "", false, &Screen::HasSequence, &Screen::Up},
+        {"Move Do&wn", "", false, &Screen::HasSequence, &Screen::Down},
+        {"Find all ", "s with Wo&rd", true, &Screen::Always, &Screen::FindWord},
+        {"Find ", "s with Word in ALL &Groups", true, &Screen::HasGroups, &Screen::FindInGroups},
+        {"Mo&ve --> Other List", "", false, &Screen::HasGroups, &Screen::MoveToOtherList},
+        {"Appl&y Saved Filters - Auto Move", "", false, &Screen::HasFilters, &Screen::ApplyFilters},
+        {"Fi&nd List Name", "", false, &Screen::HasGroups, &Screen::FindListName},
+        {"&More", "", false, &Screen::Always, &Screen::More},
+    };
+    return kActs;
+}
+
+std::string TwoListScreen::Caption(const Act& act) const {
+    std::string caption(act.before);
+    if (act.named) caption += core::fReplace(plan_.item, "&", "&&");
+    return caption.append(act.after);
+}
+
+std::string TwoListScreen::Hint() const {
+    const std::string& item = plan_.item;
+    std::string hint = "  Select " + item + "(s) on the left and press \"Add\" to Copy " + item +
+                       "(s) to the list on the right.\r  Select " + item +
+                       "(s) on the right and press \"Remove\" if they are no longer required.";
+    if (plan_.sequence) hint += " Use Up and Down to determine sequence ";
+    return hint + "\r  Press OK to save changes. Press Cancel to ignore changes and leave.";
+}
+
+Controls TwoListScreen::MakeControls() {
+    Controls controls;
+    const auto add = [&](std::string_view type, std::string_view spec, const std::string& caption = {}) {
+        const int number = MBAddCtl(type, "", MBSpec(spec), controls);
+        controls[number].caption = caption;
+        return number;
+    };
+    const std::string items = plan_.item + "s";
+    hintNo_ = add("Label", kHintSpec);
+    controls[hintNo_].value = Hint();
+    if (group_) {
+        groupNo_ = add("Label", "");
+        controls[groupNo_].value = "Selected Group: " + groups_.All()[*group_].name;
+    }
+    leftTextNo_ = add("Label", "");
+    rightTextNo_ = add("Label_", "");
+    leftNo_ = add("ListBox", kListSpec, items);
+    rightNo_ = add("ListBox_", kListSpec, plan_.item + "(s) Selected");
+    controls[leftNo_].emptyText = plan_.emptyLeft.empty() ? "No " + items + " left to select." : plan_.emptyLeft;
+    controls[rightNo_].emptyText =
+        plan_.emptyRight.empty() ? "Select " + items + " on the left and press Add." : plan_.emptyRight;
+    const int wordTextNo = add("Label", "");
+    controls[wordTextNo].value = "Enter word and click button to select items containing word [s]:";
+    wordNo_ = add("TextBox_", "", controls[wordTextNo].value);
+    return controls;
+}
+
+DialogModel TwoListScreen::Model() {
+    Box box;
+    box.title = plan_.title;
+    box.name = plan_.name;
+    box.helpId = plan_.helpId;
+    box.message = plan_.listName.empty() ? plan_.message : "Select from " + plan_.listName;
+    if (!plan_.listName.empty() && !plan_.message.empty()) box.message += "\r" + plan_.message;
+    box.options = option::MaxBpl(4);
+    box.buttons.clear();
+    for (const Act& act : MainActs()) {
+        if (!(this->*act.allowed)()) continue;
+        MBAddBtn(Caption(act), box.buttons);
+        shown_.push_back(&act);
+    }
+    box.defaultNo = MBAddBtn("&OK", box.buttons);
+    MBAddBtn("&Cancel", box.buttons);
+    DialogModel model = BuildModel(desk_, box, MakeControls());
+    model.options.stays = true;
+    return model;
+}
+
+TwoListResult TwoListScreen::Result(int button, bool ok) {
+    if (!ok) return {button, false, false, startLeft_, startRight_};
+    return {button, true, changed_, SideOf(lists_.Left()), SideOf(lists_.Right())};
+}
+
+void TwoListScreen::Show(Controls& controls) const {
+    const auto count = [](const Choices& list) { return core::CountText(static_cast<double>(list.size())); };
+    controls[leftNo_].rows = ShownChoices(lists_.Left());
+    controls[rightNo_].rows = ShownChoices(lists_.Right());
+    controls[leftTextNo_].value = plan_.item + "s: [" + count(lists_.Left()) + "]";
+    controls[rightTextNo_].value = plan_.item + "(s) Selected: [" + count(lists_.Right()) + "]";
+    controls[leftNo_].Select(leftRows_);
+    controls[rightNo_].Select(rightRows_);
+}
+
+TwoListResult TwoListScreen::Run() {
+    DialogModel model = Model();
+    Show(model.controls);
+    const std::unique_ptr<DialogWindow> window = desk_.host.Open(model);
+    const int ok = static_cast<int>(shown_.size()) + 1;
+    for (;;) {
+        const int button = window->Run();
+        leftRows_ = model.controls[leftNo_].Selected();
+        rightRows_ = model.controls[rightNo_].Selected();
+        word_ = model.controls[wordNo_].value;
+        const Exit exit = button < ok ? Exit::Stay : button == ok ? Exit::Save : AskExit();
+        if (exit == Exit::Drop || (exit == Exit::Save && Leave())) {
+            KeepLook(desk_, model);
+            return Result(exit == Exit::Save ? ok : button, exit == Exit::Save);
+        }
+        if (button < ok) (this->*shown_[static_cast<std::size_t>(button - 1)]->run)();
+        Show(model.controls);
+        window->Update();
+    }
+}
+
+TwoListScreen::Exit TwoListScreen::AskExit() const {
+    if (!changed_) return Exit::Drop;
+    Box box;
+    box.title = plan_.title;
+    box.message = "Press OK to save changes.\r Press Cancel to ignore changes and leave.";
+    box.buttons = "&OK|&Cancel|&Back to the lists";
+    box.options = option::Esc(3);
+    switch (ShowMB(desk_, box).button) {
+        case 1:
+            return Exit::Save;
+        case 2:
+            return Exit::Drop;
+        default:
+            return Exit::Stay;
+    }
+}
+
+bool TwoListScreen::Leave() {
+    CutRight();
+    OfferFilters();
+    return SaveAll();
+}
+
+// Typed values can become filters, so that they need not be typed again.
+void TwoListScreen::OfferFilters() {
+    if (!HasFilters() || typed_.empty()) return;
+    Box box;
+    box.title = plan_.title;
+    box.message = "Do you want to add the manually added values to your list of filters?";
+    box.buttons.clear();
+    MBAddBtn("&Yes", box.buttons);
+    box.escNo = MBAddBtn("&No", box.buttons);
+    const std::string word = Word();
+    if (!word.empty()) MBAddBtn("Sa&ve 1x Select Word Filter: " + core::fReplace(word, "&", "&&"), box.buttons);
+    const int button = ShowMB(desk_, box).button;
+    if (button == 2) return;
+    const auto add = [&](const std::string& text) {
+        MoveRule rule{text, std::string(kToRight), group_ ? groups_.All()[*group_].name : std::string()};
+        if (std::ranges::find(rules_, rule) == rules_.end()) rules_.push_back(std::move(rule));
+    };
+    if (button == 3)
+        add(word);
+    else
+        std::ranges::for_each(typed_, add);
+    typed_.clear();
+    rulesChanged_ = true;
+}
+
+bool TwoListScreen::SaveAll() {
+    if (group_) groups_.SetMembers(*group_, TextsOf(lists_.Right()));
+    if (!groups_.Save()) return false;
+    if (skipChanged_ && !WriteTexts(desk_.ini, plan_.skipList, skip_)) return false;
+    skipChanged_ = false;
+    if (rulesChanged_ && !WriteRules(desk_.ini, plan_.filters, rules_)) return false;
+    rulesChanged_ = false;
+    return true;
+}
+
+TwoListResult TwoListSelect(const Desk& desk, core::Progress& progress, const TwoListPlan& plan, ListSide left,
+                            ListSide right) {
+    return TwoListScreen(desk, progress, plan, std::move(left), std::move(right)).Run();
+}
+
+}  // namespace dialogs

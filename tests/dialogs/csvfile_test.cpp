@@ -1,0 +1,170 @@
+#include "dialogs/csvfile.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+
+#include "core/error.h"
+#include "core/paths.h"
+#include "tests/support/fakes.h"
+#include "tests/support/tempfolder.h"
+
+namespace dialogs {
+namespace {
+
+// No file grows beyond `bytes` while this lives: a write stops half-way, as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &old_);
+        const rlimit low{bytes, old_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &low);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit old_{};
+    void (*handler_)(int);
+};
+
+TableArray Table(const std::vector<std::vector<TableArray::Cell>>& rows, long firstRow = 0, long firstCol = 0) {
+    TableArray table(firstRow, firstCol);
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (std::size_t col = 0; col < rows[row].size(); ++col)
+            table.ArrPut2(firstRow + static_cast<long>(row), firstCol + static_cast<long>(col), rows[row][col]);
+    return table;
+}
+
+std::string Shown(const TableArray& table) {
+    std::string text;
+    for (long row = table.FirstRow(); row <= table.LastRow(); ++row) {
+        for (long col = table.FirstCol(); col <= table.LastCol(); ++col)
+            text.append("[").append(table.At(row, col) ? table.Text(row, col) : "Null").append("]");
+        text += '\n';
+    }
+    return text;
+}
+
+struct CsvFile : testing::Test {
+    std::string Saved(const TableArray& table, const CsvWriteRules& rules = {}) {
+        folder.Write("a.csv", "");
+        CsvWriteRules deleting = rules;
+        deleting.existsAction = 'D';
+        const CsvSaved saved = SaveCSV(desk, folder.File("a.csv"), table, deleting);
+        EXPECT_TRUE(saved) << saved.error;
+        return folder.Read("a.csv");
+    }
+    std::string Read(std::string_view text, const CsvReadRules& rules = {}) {
+        const CsvRead read = ReadCSV(desk, folder.Write("r.csv", text), rules);
+        EXPECT_TRUE(read.result) << read.result.error;
+        return Shown(read.table);
+    }
+    ~CsvFile() override { EXPECT_EQ(progress.open, 0); }
+
+    testsupport::TempFolder folder{};
+    testsupport::ScriptedUser user{};
+    testsupport::FakeProgress progress{};
+    core::Paths paths{folder.Path(), "/nowhere"};
+    FileDesk desk{user, progress, paths};
+};
+
+TEST(TableArrayBounds, GrowToWhatIsPut) {
+    TableArray table(1, 1);
+    EXPECT_EQ(table.LastRow(), 0);
+    table.ArrPut2(3, 2, "x");
+    table.ArrPut2(1, 4, std::nullopt);
+    EXPECT_EQ(Shown(table), "[Null][Null][Null][Null]\n[Null][Null][Null][Null]\n[Null][x][Null][Null]\n");
+    EXPECT_THROW(table.ArrPut2(0, 1, "x"), core::ErrorNumber);
+    EXPECT_THROW((void)table.At(1, 5), core::ErrorNumber);
+}
+
+TEST_F(CsvFile, WritesCellsInBothModes) {
+    const TableArray table = Table({{"a\"b,c", std::nullopt, "plain"}, {"x\r\ny", "=1+1"}});
+    EXPECT_EQ(Saved(table), "\"a\"\"b,c\",,plain\r\nx  y,=1+1,\r\n");
+    EXPECT_EQ(Saved(table, {.quoted = false}), "\"a&34#b,c\",,plain\r\nx  y,=1+1,\r\n");
+    EXPECT_EQ(Saved(table, {.delimiter = ';', .guard = CsvGuard::Spreadsheet}),
+              "\"a\"\"b,c\";;plain\r\nx  y;'=1+1;\r\n");
+    EXPECT_EQ(Saved(table, {.firstRow = 1, .keepLineEnds = true}), "\"x\r\ny\",=1+1,\r\n");
+    EXPECT_EQ(Saved(table, {.firstRow = 1, .firstCol = 1, .header = "head\n", .trailer = "end"}), "head\n=1+1,\r\nend");
+    EXPECT_EQ(Saved(TableArray(1, 1), {.header = "h"}), "h");
+}
+
+TEST_F(CsvFile, ReadsQuotedCellsAndAnyLineEnd) {
+    EXPECT_EQ(Read("\"a,b\",c\r\n"), "[a,b][c]\n");
+    EXPECT_EQ(Read("\"a\"\"b\",c\n1,2"), "[ab][c]\n[1][2]\n");
+    EXPECT_EQ(Read("\xEF\xBB\xBFh\xE4,x\r\n"), "[h\xC3\xA4][x]\n");
+    EXPECT_EQ(Read(""), "");
+    EXPECT_EQ(Read("a,b\n1\n1,2,3\n"), "[a][b]\n[1][]\n[1][2]\n");  // the first line fixes the columns
+    EXPECT_EQ(Read("a;b\n", {.delimiter = ';'}), "[a][b]\n");
+    const std::string longCell(200000, 'x');
+    EXPECT_EQ(Read(longCell + ",y\n1,2\n"), "[" + longCell + "][y]\n[1][2]\n");
+}
+
+TEST_F(CsvFile, SkipsToTheStartText) {
+    EXPECT_EQ(Read("junk\n\"Term\",n\na,1\n", {.startText = "Term"}), "[Term][n]\n[a][1]\n");
+    EXPECT_EQ(Read("junk\n", {.startText = "Term"}), "");
+}
+
+TEST_F(CsvFile, KeepsRowsWithKeysInTheRange) {
+    const std::string numbers = "a,9\nb,10\nc,11\nd,100\n";
+    EXPECT_EQ(Read(numbers, {.keyColumn = 1, .from = "10", .to = "11"}), "[b][10]\n[c][11]\n");
+    EXPECT_EQ(Read(numbers, {.keyColumn = 1, .from = "11"}), "[c][11]\n[d][100]\n");
+    EXPECT_EQ(Read("date,1\n31 Dec 2008,2\n2009-01-01,3\n", {.keyColumn = 0, .from = "2008-12-31", .to = "2008-12-31"}),
+              "[31 Dec 2008][2]\n");
+    EXPECT_EQ(Read("Apple\nbean\nCorn\n", {.keyColumn = 0, .from = "B", .to = "c"}), "[bean]\n");
+    EXPECT_EQ(Read("a\n", {.keyColumn = 5, .from = "x"}), "");
+}
+
+TEST_F(CsvFile, WhatIsWrittenReadsBack) {
+    const TableArray table = Table({{"a|b", "{c}", "d,e"}, {"&amp;", "'", "f g"}});
+    EXPECT_EQ(Read(Saved(table)), Shown(table));
+}
+
+TEST_F(CsvFile, AsksBeforeAFileGoes) {
+    folder.Write("a.csv", "old");
+    user.WillCancel();
+    const CsvSaved kept = SaveCSV(desk, "C:\\a.csv", Table({{"new"}}));
+    EXPECT_FALSE(kept);
+    EXPECT_FALSE(kept.opened);
+    EXPECT_EQ(folder.Read("a.csv"), "old");
+    user.WillPressOk();
+    EXPECT_TRUE(SaveCSV(desk, "C:\\a.csv", Table({{"new"}})));
+    EXPECT_TRUE(SaveLines(desk, "C:\\a.csv", {"one", "two"}, 'A'));
+    EXPECT_EQ(folder.Read("a.csv"), "new\r\none\r\ntwo\r\n");
+    user.WillPressOk();
+    EXPECT_FALSE(ReadCSV(desk, "C:\\none.csv").result);
+    EXPECT_FALSE(SaveCSV(desk, "/dev/full", Table({{"x"}}), {.existsAction = 'A'}));
+}
+
+TEST_F(CsvFile, AFullDiskOrAStopLeavesNothingBehind) {
+    const TableArray big = Table(std::vector<std::vector<TableArray::Cell>>(20000, {std::string(20, 'x')}));
+    {
+        const FullDisk full(100000);
+        const CsvSaved saved = SaveCSV(desk, folder.File("a.csv"), big);
+        EXPECT_FALSE(saved);
+        EXPECT_TRUE(saved.opened);
+        EXPECT_NE(saved.error, "");
+        EXPECT_EQ(folder.Count(), 0u);
+        folder.Write("log.csv", "kept\r\n");
+        EXPECT_FALSE(SaveCSV(desk, folder.File("log.csv"), big, {.existsAction = 'A'}));
+    }
+    EXPECT_EQ(folder.Read("log.csv"), "kept\r\n");
+    progress.stopAtStep = progress.steps + 15000;
+    const CsvSaved stopped = SaveCSV(desk, folder.File("a.csv"), big);
+    EXPECT_FALSE(stopped);
+    EXPECT_TRUE(stopped.stopped);
+    EXPECT_EQ(folder.Count(), 1u);
+    progress.stopAtStep = progress.steps + 2;
+    const CsvRead read = ReadCSV(desk, folder.Write("r.csv", "1\n2\n3\n"));
+    EXPECT_TRUE(read.stopped);
+    EXPECT_FALSE(read.result);
+}
+
+}  // namespace
+}  // namespace dialogs
