@@ -16,6 +16,7 @@ void AddEngineCommands(CLI::App& root, Program& program);
 void AddFilterCommands(CLI::App& root, Program& program);
 void AddOptionCommands(CLI::App& root, Program& program);
 void AddAddCommands(CLI::App& root, Program& program);
+void AddLogCommands(CLI::App& root, Program& program);
 void AddReportCommands(CLI::App& root, Program& program);
 
 // A command with its example; --home and --site may stand behind it too.

@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "cli/output.h"
+#include "core/error.h"
 #include "core/text.h"
 
 namespace cli {
@@ -40,11 +41,57 @@ constexpr std::array kOptionOf{
               "--invalid skip (leave such lines out) or --invalid stop (leave out the rest of that file)"},
     OptionRow{"ConfirmOverlap",
               "--overlap add (add the file, identical lines are left out) or --overlap skip (leave it out)"},
+    OptionRow{"SiteRemoveFolder", "--yes"},
+    OptionRow{"SitesDeleteAll", "--yes"},
 };
+
+struct Choice {
+    std::string caption{};
+    char letter = 0;
+};
+
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool DumbTerminal() {
     const char* terminal = std::getenv("TERM");
     return terminal == nullptr || std::string_view(terminal) == "dumb";
+}
+
+// What a person types for each button: the letter behind the "&" of its caption, else its first one that is free.
+std::vector<Choice> ChoicesOf(std::string_view buttons) {
+    std::vector<Choice> choices;
+    std::string taken;
+    while (!buttons.empty()) {
+        const std::string_view caption = buttons.substr(0, buttons.find('|'));
+        buttons.remove_prefix(std::min(caption.size() + 1, buttons.size()));
+        Choice choice{core::fStripAmp(caption), 0};
+        const std::size_t mark = caption.find('&');
+        std::string candidates(mark + 1 < caption.size() ? caption.substr(mark + 1, 1) : std::string_view());
+        for (const char c : candidates + choice.caption + "123456789") {
+            const char letter = Lower(c);
+            const bool good = (letter >= 'a' && letter <= 'z') || (letter >= '1' && letter <= '9');
+            if (!good || taken.find(letter) != std::string::npos) continue;
+            choice.letter = letter;
+            break;
+        }
+        taken += choice.letter;
+        choices.push_back(std::move(choice));
+    }
+    return choices;
+}
+
+int ChosenButton(const std::vector<Choice>& choices, std::string_view typed) {
+    for (std::size_t i = 0; i < choices.size(); ++i)
+        if (typed.size() == 1 && Lower(typed.front()) == choices[i].letter) return static_cast<int>(i + 1);
+    return 0;
+}
+
+std::string PromptOf(const std::vector<Choice>& choices) {
+    std::string prompt;
+    for (const Choice& choice : choices)
+        prompt +=
+            (prompt.empty() ? "" : ", ") + std::string(1, choice.letter) + " = " + Safe(core::fTrim(choice.caption));
+    return prompt + ": ";
 }
 
 // Reads one line from standard input; nothing at its end or on a signal.
@@ -142,27 +189,35 @@ core::Answer CommandUser::Decide(const core::Question& question) {
         PrintError(core::fBefore(question.message, "\r\rPress OK"));
         return {};
     }
+    if (question.id == "SiteRemoveFolder" && answers_.recycle) return {.button = *answers_.recycle ? 1 : cancel};
     return AskOnTerminal(question);
 }
+
+bool CommandUser::CanAsk() { return ErrorIsTerminal() && ::isatty(STDIN_FILENO) == 1; }
 
 core::Answer CommandUser::AskOnTerminal(const core::Question& question) {
     progress_.Clear();
     if (SignalSeen() != 0) return {.button = question.cancelButton};
-    if (!ErrorIsTerminal() || ::isatty(STDIN_FILENO) != 1) {
+    if (!CanAsk()) {
         const auto row = std::ranges::find(kOptionOf, question.id, &OptionRow::question);
         throw Unanswered(question.message + "\r\rThis needs an answer and nobody can be asked. " +
                          (row == kOptionOf.end() ? "Run the command on a terminal."
                                                  : "Give it with " + std::string(row->options) + "."));
     }
     PrintError(question.message);
+    std::vector<Choice> choices = ChoicesOf(question.buttons);
+    const bool yesNo = choices.size() == 2 && question.cancelButton == 2;
+    if (yesNo) choices = {{"Yes", 'y'}, {"No", 'n'}};
+    const std::string prompt = yesNo ? "Go on? [y/n] " : PromptOf(choices);
     for (;;) {
-        std::fputs("Go on? [y/n] ", stderr);
+        std::fputs(prompt.c_str(), stderr);
         std::fflush(stderr);
         const std::optional<std::string> text = ReadAnswer();
-        if (text && (core::fTrim(*text) == "y" || core::fTrim(*text) == "Y")) return {};
-        if (text && core::fTrim(*text) != "n" && core::fTrim(*text) != "N") continue;
-        if (question.id == "LogLnInvalid") cancelled_ = true;
-        return {.button = question.cancelButton};
+        if (!text && question.cancelButton < 1) throw core::Stopped("AskOnTerminal");
+        const int button = text ? ChosenButton(choices, core::fTrim(*text)) : question.cancelButton;
+        if (button == 0) continue;
+        if (question.id == "LogLnInvalid" && button == question.cancelButton) cancelled_ = true;
+        return {.button = button};
     }
 }
 

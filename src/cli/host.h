@@ -53,10 +53,12 @@ public:
     struct Answers {
         std::optional<bool> addOverlap{};
         std::optional<bool> skipInvalid{};
+        std::optional<bool> recycle{};  // a removed site's folder
     };
     void SetAnswers(const Answers& answers) { answers_ = answers; }
     core::Answer Ask(const core::Question& question) override;
 
+    static bool CanAsk();                          // somebody sits at a terminal
     bool Cancelled() const { return cancelled_; }  // somebody stopped the job at the terminal
     bool WriteFailed() const { return writeFailed_; }
 

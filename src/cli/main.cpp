@@ -30,6 +30,7 @@ void SetUp(CLI::App& root, cli::Program& program) {
         "Exit status: 0 done, 1 failed, 2 wrong usage, 3 stopped by the user, 130 on Ctrl-C.");
     cli::AddSiteCommands(root, program);
     cli::AddAddCommands(root, program);
+    cli::AddLogCommands(root, program);
     cli::AddReportCommands(root, program);
     cli::AddFormatCommands(root, program);
     cli::AddEngineCommands(root, program);

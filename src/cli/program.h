@@ -20,6 +20,7 @@ public:
     std::function<int()> run{};
 
     CommandUser& User() { return user_; }
+    bool CanAsk() const { return CommandUser::CanAsk(); }
     // The data home, made and filled at the first use.
     shell::Session& Session();
     core::Env& Env() { return Session().Env(); }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -16,6 +17,12 @@ struct CreateOptions {
     std::string name{};
     std::optional<bool> keepExtra{}, skip404{}, removeQuery{}, removeFragment{}, eraseNonSearch{};
 };
+
+struct RemoveOptions {
+    std::string name{};
+    bool recycle = false, yes = false;
+};
+constexpr int kStopped = 3;
 
 // "20150517100503" as "2015-05-17 10:05:03"; "" for no data.
 std::string StampText(std::int64_t stamp) {
@@ -121,10 +128,71 @@ int Select(Program& program, const std::string& name) {
     if (sites.Folder(name).empty())
         throw UsageError("There is no site of that name: " + name + ". " + ValidAre(name, sites.Names()));
     if (const core::Result selected = sites.Site_Select(name); !selected) throw Failure(selected.error);
-    Print("The current site is \"" + Safe(sites.CurrentName()) + "\".\n");
+    Print("The current site is \"" + Safe(sites.Site_Name()) + "\".\n");
     program.site.clear();
     program.SiteFiles();  // says so when its last add did not finish
     return 0;
+}
+
+// The person is asked for the folder, or has said what to do with it; nothing may be half done without an answer.
+void MustBeAnswerable(const Program& program, bool yes) {
+    if (!yes && !program.CanAsk())
+        throw UsageError("This needs an answer and nobody can be asked. Give it with --yes.");
+}
+
+int Remove(Program& program, const RemoveOptions& chosen) {
+    sitedb::Sites& sites = program.Session().Sites();
+    const std::vector<std::string> names = sites.Names();
+    const auto known = std::ranges::find_if(
+        names, [&](const std::string& item) { return core::fEquals(item, chosen.name, core::Case::Ignore); });
+    if (known == names.end())
+        throw UsageError("There is no site of that name: " + chosen.name + ". " + ValidAre(chosen.name, names));
+    CommandUser::Answers answers;
+    if (!chosen.recycle)
+        answers.recycle = false;
+    else if (chosen.yes)
+        answers.recycle = true;
+    else
+        MustBeAnswerable(program, false);
+    program.User().SetAnswers(answers);
+    const std::string name = *known;
+    const sitedb::Sites::Removed removed = sites.Site_Remove(name);
+    if (!removed.result) throw Failure(removed.result.error);
+    Print("Site \"" + Safe(name) + "\" is off the list.\n");
+    if (!removed.movedTo.empty())
+        Print("Its folder is moved to " + Safe(removed.movedTo) + "\n");
+    else if (!removed.folder.empty() && removed.kept.empty())
+        Print("Its folder stays: " + Safe(removed.folder) + "\n");
+    return chosen.recycle && !removed.kept.empty() ? 1 : 0;
+}
+
+int RecycleAll(Program& program, bool yes) {
+    sitedb::Sites& sites = program.Session().Sites();
+    if (sites.Names().empty()) {
+        PrintError("There is no site.");
+        return 0;
+    }
+    MustBeAnswerable(program, yes);
+    if (!yes && program.User().Ask(sitedb::Sites::DeleteAllQuestion()).Cancelled()) return kStopped;
+    const sitedb::Sites::Recycled recycled = sites.Sites_Recycle();
+    Print(SafeMessage(recycled.message) + "\n");
+    return recycled.all ? 0 : 1;
+}
+
+void AddRemove(CLI::App& family, Program& program) {
+    auto chosen = std::make_shared<RemoveOptions>();
+    CLI::App* remove = NewCommand(family, "remove", "Take a site off the list; with --recycle its folder moves too",
+                                  "site remove \"My shop\" --recycle --yes");
+    AddText(*remove, "NAME", chosen->name, "Name of the site; not the current one")->required();
+    remove->add_flag("--recycle", chosen->recycle, "Move its folder to the folder recycled of the data home");
+    remove->add_flag("--yes", chosen->yes, "Do not ask");
+    remove->callback([chosen, &program] { program.run = [chosen, &program] { return Remove(program, *chosen); }; });
+
+    auto yes = std::make_shared<bool>(false);
+    CLI::App* recycle =
+        NewCommand(family, "recycle", "Move the folders of all sites to the folder recycled", "site recycle --yes");
+    recycle->add_flag("--yes", *yes, "Do not ask");
+    recycle->callback([yes, &program] { program.run = [yes, &program] { return RecycleAll(program, *yes); }; });
 }
 
 void AddCreate(CLI::App& family, Program& program) {
@@ -144,7 +212,7 @@ void AddCreate(CLI::App& family, Program& program) {
 }  // namespace
 
 void AddSiteCommands(CLI::App& root, Program& program) {
-    CLI::App* family = NewFamily(root, "site", "Sites: list, show, create, select");
+    CLI::App* family = NewFamily(root, "site", "Sites: list, show, create, select, remove, recycle");
     auto json = std::make_shared<bool>(false);
     auto name = std::make_shared<std::string>();
 
@@ -162,6 +230,7 @@ void AddSiteCommands(CLI::App& root, Program& program) {
     CLI::App* select = NewCommand(*family, "select", "Make a site the current one", "site select \"My shop\"");
     AddText(*select, "NAME", *name, "Name of the site")->required();
     select->callback([=, &program] { program.run = [=, &program] { return Select(program, *name); }; });
+    AddRemove(*family, program);
 }
 
 }  // namespace cli

@@ -25,12 +25,13 @@ bool Stands(const std::string& path) {
 
 core::Question FolderQuestion(const std::string& folder) {
     return {.id = "SiteRemoveFolder",
-            .message = "Site removed from this List.\r\rDo you also want to delete all parameters and data for this "
-                       "site?\r\r*** WARNING This will move the entire directory to Recycled and it will be deleted "
-                       "permanently whenever you next empty the recycle folder. Any files you created manually or with "
-                       "any other program in the same folder will be deleted.\r\rAre you sure?\r\rPress YES to erase "
-                       "folder: " +
-                       core::fileio::Shown(folder),
+            .message =
+                "Site removed from this List.\r\rDo you also want to delete all parameters and data for this "
+                "site?\r\r*** WARNING This will move the entire directory to Recycled and it will be deleted "
+                "permanently whenever you next empty the recycle folder. Any files you created manually or with "
+                "any other program in the same folder will be deleted.\r\rAre you sure?\r\rPress YES to erase "
+                "folder: " +
+                core::fileio::Shown(folder),
             .buttons = "&Yes|&No",
             .cancelButton = 2};
 }
@@ -112,7 +113,8 @@ Sites::Removed Sites::Site_Remove(std::string_view name) {
 
     removed.kept = WhyKept(removed.folder);
     if (!removed.kept.empty()) {
-        env_.user.Tell("SiteRemoveFailed", "Site removed from this List. Its folder was left as it is.\r\r" + removed.kept);
+        env_.user.Tell("SiteRemoveFailed",
+                       "Site removed from this List. Its folder was left as it is.\r\r" + removed.kept);
         return removed;
     }
     if (env_.user.Ask(FolderQuestion(removed.folder)).button != kYes) return removed;

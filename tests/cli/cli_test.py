@@ -199,6 +199,81 @@ class TheWholeRoad(CliCase):
         self.assertNotIn("shoebot", [row["name"] for row in self.run_json("filter", "list", "robots")])
 
 
+class SitesLeave(CliCase):
+    def setUp(self):
+        super().setUp()
+        for name in ("One", "Two", "Three"):
+            self.make_site(name)
+
+    def names(self):
+        return [row["name"] for row in self.run_json("site", "list")]
+
+    def test_remove(self):
+        self.run_cli("site", "remove", "three", status=1)
+        self.assertIn("current site cannot be removed", self.err)
+        self.run_cli("site", "remove", "Tow", status=2)
+        self.assertIn("Two", self.err)
+        self.run_cli("site", "remove", "Two", "--recycle", status=2)  # nobody can be asked: nothing happens
+        self.assertIn("--yes", self.err)
+        self.assertEqual(self.names(), ["One", "Two", "Three"])
+        self.run_cli("site", "remove", "one")
+        self.assertIn(str(self.home / "sites" / "One"), self.out)
+        self.assertTrue((self.home / "sites" / "One" / "data" / "site1.mdb").exists())
+        self.run_cli("site", "remove", "Two", "--recycle", "--yes")
+        self.assertTrue((self.home / "recycled" / "Two" / "data" / "site1.mdb").exists())
+        self.assertEqual(self.names(), ["Three"])
+
+    def test_a_person_is_asked_for_the_folder(self):
+        seen = self.on_terminal("site", "remove", "One", "--recycle", keys=b"n\n")
+        self.assertIn(b"Press YES to erase folder: ", seen)
+        self.assertTrue((self.home / "sites" / "One").exists())
+        self.on_terminal("site", "remove", "Two", "--recycle", keys=b"y\n")
+        self.assertTrue((self.home / "recycled" / "Two").exists())
+
+    def test_an_entry_that_points_elsewhere_moves_nothing(self):
+        precious = self.folder / "precious"
+        precious.mkdir()
+        sites = self.home / "param" / "sitedbs.ini"
+        for target in ("/", str(self.folder), str(precious), str(self.home), str(self.home / "sites")):
+            with self.subTest(target=target):
+                self.make_site("Bad")
+                self.run_cli("site", "select", "Three")
+                text = sites.read_text()
+                start = text.index("[Bad]")
+                sites.write_text(text[:start] + "[Bad]\nParm=Z:" + target.replace("/", "\\") + "\n")
+                self.run_cli("site", "select", "Bad", status=1)
+                self.assertIn("Database NOT changed.", self.err)
+                self.run_cli("--site", "Bad", "report", "terms", status=1)
+                self.run_cli("site", "remove", "Bad", "--recycle", "--yes", status=1)
+                self.assertTrue(os.path.isdir(target))
+        self.assertFalse((self.home / "recycled").exists())
+
+    def test_recycle(self):
+        self.run_cli("site", "recycle", status=2)
+        self.on_terminal("site", "recycle", keys=b"n\n")
+        self.assertEqual(self.terminal_status, 3)
+        self.assertEqual(len(self.names()), 3)
+        self.run_cli("site", "recycle", "--yes")
+        self.assertIn("Databases moved to recycle directory:", self.out)
+        self.assertEqual(self.names(), [])
+        self.assertEqual(sorted(os.listdir(self.home / "recycled")), ["One", "Three", "Two"])
+        self.make_site("One")
+
+    def test_recorded_failures(self):
+        self.run_cli("log", status=2)
+        self.assertIn("--errors", self.err)
+        self.run_cli("log", "--errors")
+        self.assertIn("No errors have been recorded.", self.err)
+        record = '"2024-02-2{0}","13:05:09",9711,"fMnu_FW","/x","corvane","Corvane","","Main","List","2",' \
+                 '"<<<Logged event>>>\r\rDescription:\r<<9711 - bad ""x"">>.\r\rForm"\r\n'
+        log = self.home / "sites" / "Three" / "param" / "errors.log"
+        log.write_bytes(('ord","cut off"\r\n' + "".join(record.format(i) for i in range(1, 4))).encode())
+        records = self.run_json("log", "--errors", "-n", "2")
+        self.assertEqual([row["date"] for row in records], ["2024-02-22", "2024-02-23"])
+        self.assertEqual((records[0]["number"], records[0]["event"], records[0]["control"]), (9711, "fMnu_FW", "List"))
+        self.assertIn('bad "x"', self.run_cli("log", "--errors"))
+
+
 class BadInput(CliCase):
     def test_wrong_usage_names_what_is_valid(self):
         self.make_site()

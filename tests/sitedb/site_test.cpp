@@ -14,7 +14,7 @@ using testsupport::TempSite;
 
 TEST(Site_Create, MakesAFolderThatOpens) {
     TempSite home;
-    EXPECT_EQ(home.sites.CurrentName(), "Shop");
+    EXPECT_EQ(home.sites.Site_Name(), "Shop");
     EXPECT_EQ(home.Rows("SELECT count(*) FROM logline, page, visit, visitpages", 1)[0], "0");
     EXPECT_EQ(home.ini.IniGet("Shop", "Parm", home.folder.File("param/sitedbs.ini")), "C:\\sites\\Shop");
     SiteOptions small = TempSite::Plain();
@@ -49,7 +49,7 @@ TEST(Site_Select, LeavesTheCurrentSiteWhenTheFolderIsGone) {
     const core::Result gone = home.sites.Site_Select("Second");
     EXPECT_FALSE(gone.ok);
     EXPECT_TRUE(gone.error.starts_with("Database NOT changed."));
-    EXPECT_EQ(home.sites.CurrentName(), "Shop");
+    EXPECT_EQ(home.sites.Site_Name(), "Shop");
 }
 
 TEST(Site_Open, OneProgramAtATime) {
