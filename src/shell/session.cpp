@@ -7,12 +7,14 @@
 #include <cstdlib>
 
 #include "core/text.h"
+#include "sitedb/sitefolder.h"
 
 namespace shell {
 namespace {
 
-constexpr std::array<std::string_view, 5> kProgramFiles{"logfmts.ini", "lastinstvals.ini", "fltrbots.ini",
-                                                        "ppfindbots.ini", "ppfindbotsskipuas.ini"};
+constexpr std::array kProgramFiles{std::string_view("logfmts.ini"),           std::string_view("lastinstvals.ini"),
+                                   std::string_view("fltrbots.ini"),          std::string_view("ppfindbots.ini"),
+                                   std::string_view("ppfindbotsskipuas.ini"), std::string_view("screens.ini")};
 
 std::string FromEnvironment(const char* name) {
     const char* value = std::getenv(name);
@@ -74,6 +76,8 @@ core::Result Session::Prepare() {
     return {};
 }
 
+std::string Session::ScreensFile() const { return paths_.Home() + "/param/screens.ini"; }
+
 adddata::ProgramFiles Session::ProgramFiles() const {
     const std::string param = paths_.Home() + "/param/";
     return {param + "logfmts.ini", param + "lastinstvals.ini", param + "fltrbots.ini"};
@@ -83,8 +87,17 @@ Session::Opened Session::Open(std::string_view name) {
     Opened opened;
     const std::string folder = name.empty() ? sites_.CurrentFolder() : sites_.Folder(name);
     if (folder.empty()) {
-        opened.failure.error = name.empty() ? "There is no site yet. Make one with: corvane-cli site create NAME"
-                                            : "There is no site of that name: " + std::string(name);
+        opened.failure.error = name.empty()
+                                   ? "No site is chosen: no folder of one stands in " + paths_.Home() + "/Dir.ini."
+                                   : "There is no site of that name: " + std::string(name);
+        return opened;
+    }
+    // A folder that has gone is told of by the opening, with the file that is missed.
+    const bool there = core::Exists(folder + "/data/site1.mdb");
+    const core::Result usable =
+        there ? sitedb::CheckSiteFolder(folder, paths_) : sitedb::CheckSitePlace(folder, paths_);
+    if (!usable) {
+        opened.failure.error = usable.error;
         return opened;
     }
     sitedb::SetSectionFiles(ini_, paths_, sitedb::Site_Paths(folder));

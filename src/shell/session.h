@@ -37,7 +37,9 @@ public:
     core::Env& Env() { return env_; }
     const core::Paths& Paths() const { return paths_; }
     sitedb::Sites& Sites() { return sites_; }
+    const sitedb::Sites& Sites() const { return sites_; }
     adddata::ProgramFiles ProgramFiles() const;
+    std::string ScreensFile() const;  // named dialogs, places of windows
 
     // Opens the named site, or the current one for "". Nothing but an explanation when it cannot.
     struct Opened {

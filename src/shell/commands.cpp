@@ -1,0 +1,191 @@
+#include "shell/commands.h"
+
+#include <array>
+
+#include "core/inistore.h"
+#include "core/text.h"
+#include "dialogs/named.h"
+#include "shell/namedscreens.h"
+#include "shell/optionscreens.h"
+
+namespace shell {
+namespace {
+
+constexpr std::string_view kParm = "Parm";
+constexpr std::string_view kSuppressed = "Suppressed";  // section of screens.ini with the messages that were put off
+
+}  // namespace
+
+Commands::Step Commands::StepOf(Command command) {
+    struct Row {
+        Command command;
+        Step step;
+    };
+    constexpr std::array kSteps{
+        Row{Command::AddLogData, &Commands::AddLogData},
+        Row{Command::SelectSite, &Commands::SelectSite},
+        Row{Command::NewSite, &Commands::NewSite},
+        Row{Command::Exit, &Commands::Exit},
+        Row{Command::ReportOptions, &Commands::ReportOptions},
+        Row{Command::ProgramOptions, &Commands::ProgramOptions},
+        Row{Command::AnalysisOptions, &Commands::AnalysisOptions},
+        Row{Command::AdvancedOptions, &Commands::AdvancedOptions},
+        Row{Command::Cascade, &Commands::Cascade},
+        Row{Command::TileHorizontal, &Commands::TileHorizontal},
+        Row{Command::TileVertical, &Commands::TileVertical},
+        Row{Command::FillScreen, &Commands::FillScreen},
+        Row{Command::HelpContents, &Commands::HelpContents},
+        Row{Command::HelpStart, &Commands::HelpStart},
+        Row{Command::HelpLast, &Commands::HelpLast},
+        Row{Command::HelpAgain, &Commands::HelpAgain},
+        Row{Command::About, &Commands::About},
+    };
+    static_assert(kSteps.size() == static_cast<std::size_t>(Command::About), "a command has no step");
+    const auto* row = std::ranges::find(kSteps, command, &Row::command);
+    return row != kSteps.end() ? row->step : nullptr;
+}
+
+bool Commands::Guarded(const std::function<NextStep()>& action) {
+    if (action() != NextStep::EndProgram) return true;
+    at_.front.Quit();
+    return false;
+}
+
+void Commands::Run(std::string_view control) {
+    const MenuRow* row = FindMenuRow(control);
+    const Step step = row != nullptr ? StepOf(row->command) : nullptr;
+    if (step == nullptr) return;
+    const auto body = [this, step] { (this->*step)(); };
+    // Help on the last command must not find itself.
+    Guarded([&] { return row->Menu() == 'H' ? at_.actions.RunHelp(control, body) : at_.actions.Run(control, body); });
+}
+
+bool Commands::SiteOrRecover() {
+    if (at_.current.Get() != nullptr || at_.startup.CheckAndRecover()) return true;
+    at_.front.Quit();
+    return false;
+}
+
+void Commands::AddFiles(const std::vector<std::string>& paths) {
+    if (paths.empty()) return;
+    Guarded([&] {
+        return at_.actions.Run("fMnu_FW", [&] {
+            if (SiteOrRecover()) AddScreen(at_.session, at_.desk).Show(*at_.current.Get(), paths);
+        });
+    });
+}
+
+void Commands::AddLogData() {
+    if (!SiteOrRecover()) return;
+    const std::vector<std::string> paths = at_.front.PickLogs();
+    if (!paths.empty()) AddScreen(at_.session, at_.desk).Show(*at_.current.Get(), paths);
+}
+
+void Commands::SelectSite() {
+    const bool changed = at_.screens.SelectSite();
+    if (SiteOrRecover() && changed) Resume();
+}
+
+void Commands::NewSite() {
+    const std::string made = at_.screens.NewSite();
+    if (SiteOrRecover() && !made.empty()) OfferAddNow(made);
+}
+
+void Commands::OfferAdd(const std::string& siteName) {
+    Guarded([&] { return at_.actions.Trap("MDIForm_Activate", [&] { OfferAddNow(siteName); }); });
+}
+
+void Commands::OfferAddNow(const std::string& siteName) {
+    dialogs::Box box;
+    box.message = "Site DB >>" + siteName + "<<created.\r\rUse " +
+                  dialogs::PlainCaption(FindMenuRow("fMnu_FW")->caption) +
+                  " to read raw log data and add it to the database.\r\rDo you want to add data now?";
+    box.buttons = "&Yes|&No";
+    box.options = std::to_string(static_cast<int>(dialogs::Icon::Question));
+    box.escNo = 2;
+    if (dialogs::ShowMB(at_.desk, box).button == 1) AddLogData();
+}
+
+void Commands::CompleteUnfinished() {
+    Guarded([&] { return at_.actions.Trap("MDIForm_Activate", [&] { Resume(); }); });
+}
+
+void Commands::Resume() {
+    sitedb::Site* site = at_.current.Get();
+    if (site == nullptr || site->ReadOnly()) return;
+    const auto visits = adddata::VisitsAdd_Resume(at_.session.Env(), *site, at_.session.ProgramFiles());
+    if (visits && !visits->error.empty()) dialogs::ShowMsg(at_.desk, visits->error);
+}
+
+void Commands::Exit() { at_.front.Quit(); }
+
+void Commands::ReportOptions() {
+    ShowOptionDialog(
+        at_.desk,
+        {.dialog = "RepFmt", .valueSection = std::string(kParm), .title = "- Enter Report Options.", .width = 12400});
+}
+
+void Commands::ProgramOptions() {
+    const bool stored = ShowOptionDialog(
+        at_.desk,
+        {.dialog = "EnterOps", .valueSection = std::string(kParm), .title = "- Enter Options.", .width = 9000});
+    if (!stored) return;
+    ShowMessagesAgain();
+    ApplyOptions();
+    at_.front.OptionsChanged();
+}
+
+void Commands::ApplyOptions() {
+    at_.progress.SetConfirmStop(
+        at_.desk.ini.IniGetBool(kParm, "ConfirmStop", at_.desk.screens, core::Missing::Default, true));
+}
+
+// Not a setting: it is done once and the box is empty the next time.
+void Commands::ShowMessagesAgain() {
+    core::IniStore& ini = at_.desk.ini;
+    if (!ini.IniGetBool(kParm, "ShowAllMsgs", at_.desk.screens)) return;
+    ini.IniEraseSection(kSuppressed, at_.desk.screens);
+    ini.IniErase("Main", "NoAskDeleteAll", at_.session.Sites().ListFile());
+    ini.IniPutBool(kParm, "ShowAllMsgs", false, at_.desk.screens);
+}
+
+void Commands::AnalysisOptions() {
+    if (SiteOrRecover()) ShowAnalysisOptions(at_.desk, *at_.current.Get());
+}
+
+void Commands::AdvancedOptions() {
+    if (SiteOrRecover()) ShowAdvancedOptions(at_.desk, *at_.current.Get());
+}
+
+void Commands::Cascade() { at_.front.ArrangeWindows(Arrange::Cascade); }
+void Commands::TileHorizontal() { at_.front.ArrangeWindows(Arrange::TileHorizontal); }
+void Commands::TileVertical() { at_.front.ArrangeWindows(Arrange::TileVertical); }
+void Commands::FillScreen() { at_.front.ArrangeWindows(Arrange::Fill); }
+
+void Commands::Help(const HelpPlace& place) {
+    lastHelp_ = place;
+    if (at_.front.ShowHelp(place.page, place.anchor)) return;
+    dialogs::ShowMsg(at_.desk, "This page of the help cannot be shown: " + at_.session.Paths().Shared() + "/help/" +
+                                   place.page + "\r\rInstall Corvane again to get it back.");
+}
+
+void Commands::ShowHelpOn(std::string_view id) { Help(HelpPlaceOf(at_.session.Paths().Shared(), id)); }
+void Commands::HelpContents() { Help({std::string(kHelpStart), {}}); }
+void Commands::HelpStart() { Help({std::string(kHelpStart), "start"}); }
+void Commands::HelpLast() { ShowHelpOn(at_.actions.dHelpID()); }
+void Commands::HelpAgain() { Help(lastHelp_.page.empty() ? HelpPlace{std::string(kHelpStart), {}} : lastHelp_); }
+
+void Commands::About() {
+    const core::Paths& paths = at_.session.Paths();
+    dialogs::ShowMsg(at_.desk,
+                     at_.desk.product + " " + at_.version +
+                         "\rReads the logs of your web server and reports what visitors searched for and looked at."
+                         "\r\rShared Parameters from Directory: " +
+                         paths.Home() + "/param\rDelivered files: " + paths.Shared() +
+                         "\rSite databases: " + paths.Home() +
+                         "/sites\r\rFree software under the GNU General Public License, version 3 or later. It comes "
+                         "without any warranty.",
+                     "- About");
+}
+
+}  // namespace shell
