@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 build=${CORVANE_BUILD:-build/gates}
 seed=${CORVANE_GATE_SEED:-1}
 gates=("$@")
-[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g12 g13 fuzz)
+[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g12 g13 g14 fuzz)
 
 tools/build.sh "$build" -DCORVANE_TESTS=ON -DCORVANE_BENCH=OFF
 injector=$(find "$build" -name libfaultinjector.so -print -quit)
@@ -16,6 +16,10 @@ status=0
 for gate in "${gates[@]}"; do
   if [ "$gate" = fuzz ]; then
     CORVANE_FUZZ_SEED=$seed CORVANE_FUZZ_SECONDS=${CORVANE_FUZZ_SECONDS:-60} "$build/bin/fuzz_tests" --gtest_brief=1 || status=1
+    continue
+  fi
+  if [ "$gate" = g14 ]; then
+    python3 -B tests/gates/second.py --size whole --cli "$build/bin/corvane-cli" --desktop "$build/bin/corvane" || status=1
     continue
   fi
   python3 -B tests/gates/gates.py "$gate" --size whole --seed "$seed" --driver "$build/bin/gatedriver" --injector "$injector" \

@@ -2,7 +2,8 @@
 # Installs what a fresh Debian 12 lacks to build and test Corvane. Does nothing when all of it is there.
 set -euo pipefail
 
-packages=(g++ cmake ninja-build python3 libsqlite3-dev libcli11-dev nlohmann-json3-dev libgtest-dev)
+packages=(g++ cmake ninja-build python3 libsqlite3-dev libcli11-dev nlohmann-json3-dev libgtest-dev
+  qt6-base-dev xvfb openbox xdotool imagemagick x11-utils fonts-dejavu-core)
 
 missing=()
 for package in "${packages[@]}"; do

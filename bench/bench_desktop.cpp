@@ -1,0 +1,116 @@
+// bench_desktop [--home DIR]: CPU time until the window can be used, beside a bare window; a dialog with a long list,
+// beside the toolkit's own list of the same texts and beside sorting them. Shown on no screen unless QT_QPA_PLATFORM
+// says so.
+#include <sys/resource.h>
+
+#include <QApplication>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "desktop/application.h"
+#include "dialogs/showmb.h"
+
+namespace {
+
+constexpr int kItems = 100000;
+constexpr int kCancel = 2;
+
+double CpuSeconds() {
+    struct rusage use = {};
+    if (::getrusage(RUSAGE_SELF, &use) != 0) return 0;
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(use.ru_utime) + seconds(use.ru_stime);
+}
+
+double Took(const std::function<void()>& work) {
+    const double begin = CpuSeconds();
+    work();
+    return CpuSeconds() - begin;
+}
+
+void Line(const char* what, double seconds, const char* yardstick, double beside) {
+    std::printf("%-44s %7.3f s   %-36s %7.3f s   ratio %5.2f\n", what, seconds, yardstick, beside,
+                beside > 0 ? seconds / beside : 0);
+}
+
+// A window with a menu, shown and drawn once.
+double BareWindow() {
+    return Took([] {
+        QMainWindow window;
+        window.menuBar()->addMenu(QStringLiteral("&File"));
+        window.show();
+        QCoreApplication::processEvents();
+    });
+}
+
+double Start(const std::string& home) {
+    return Took([&] {
+        desktop::Application application({home, shell::SharedFolder("", CORVANE_SOURCE_SHARE)}, "bench");
+        QTimer::singleShot(0, [] { QTimer::singleShot(0, [] { QCoreApplication::exit(0); }); });
+        application.Run({});
+    });
+}
+
+dialogs::Rows Items() {
+    dialogs::Rows rows;
+    for (int i = 0; i < kItems; ++i) rows.push_back({"term " + std::to_string(i * 7919 % kItems) + " of a visitor"});
+    return rows;
+}
+
+// From the call to the drawn dialog; it is closed as soon as it stands.
+double ListDialog(const dialogs::Rows& rows) {
+    desktop::QtDialogHost host;
+    dialogs::DialogModel model;
+    dialogs::MBAddCtl("ListBox", "-1", dialogs::MBSpec("8000|6000"), model.controls, rows);
+    model.buttons = {{"&OK"}, {"&Cancel"}};
+    model.escButton = kCancel;
+    double drawn = 0;
+    QTimer::singleShot(0, [&drawn] {
+        QTimer::singleShot(0, [&drawn] {
+            drawn = CpuSeconds();
+            if (QWidget* dialog = QApplication::activeModalWidget()) dialog->close();
+        });
+    });
+    const double begin = CpuSeconds();
+    host.Open(model)->Run();
+    return drawn - begin;
+}
+
+double OwnList(const dialogs::Rows& rows) {
+    return Took([&] {
+        QListWidget list;
+        for (const auto& row : rows) list.addItem(QString::fromStdString(row.front()));
+        list.show();
+        QCoreApplication::processEvents();
+    });
+}
+
+double Sorting(dialogs::Rows rows) {
+    return Took([&] { std::ranges::sort(rows); });
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (std::getenv("QT_QPA_PLATFORM") == nullptr) ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const std::string home = count == 3 && std::string(arguments[1]) == "--home" ? arguments[2] : "";
+    const QApplication toolkit(count, arguments);
+    std::printf("CPU time of the process before anything of ours: %.3f s\n", CpuSeconds());
+    const double bare = BareWindow();
+    if (!home.empty()) Line("start to a usable window", Start(home), "a bare window", bare);
+    const dialogs::Rows rows = Items();
+    const double list = ListDialog(rows);
+    Line("a dialog with a list of 100,000 items", list, "the toolkit's list, item by item", OwnList(rows));
+    Line("a dialog with a list of 100,000 items", list, "sorting the items", Sorting(rows));
+    return 0;
+}

@@ -1,0 +1,211 @@
+#!/usr/bin/env python3
+"""walk.py PROGRAM LOGGEN OUTDIR: walks through the real desktop program on a screen of its own.
+
+Starts it with an empty data home, answers the first question, makes a second site, selects it, removes the first, opens
+the option dialogs, leaves; starts it again with a log file and adds that. A picture of each step lands in OUTDIR. Fails
+when a window does not come, when the program says something that nobody expected, or when the files do not stand as they
+should afterwards.
+"""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+PATIENCE = 60  # seconds; the machine may be busy
+TOOLS = ("Xvfb", "openbox", "xdotool", "xprop", "import")
+
+
+class Screen:
+    """A virtual screen with a window manager."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        read, write = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x860x24", "-nolisten", "tcp"],
+            pass_fds=(write,), stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise SystemExit("walk: Xvfb does not start")
+        self.env = {**os.environ, "DISPLAY": ":" + number, "QT_QPA_PLATFORM": "xcb", "LC_ALL": "C.UTF-8",
+                    "NO_AT_BRIDGE": "1"}
+        self.manager = subprocess.Popen(["openbox"], env=self.env, stderr=subprocess.DEVNULL)
+        self.shots = 0
+        end = time.monotonic() + PATIENCE
+        while "window id" not in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"):
+            check(time.monotonic() < end, "the window manager does not start")
+            time.sleep(0.05)
+
+    def run(self, *command):
+        return subprocess.run(command, env=self.env, capture_output=True, text=True).stdout
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+    def tool(self, *arguments):
+        return self.run("xdotool", *arguments)
+
+    def titles(self):
+        ids = self.tool("search", "--onlyvisible", "--name", ".").split()
+        return sorted({self.tool("getwindowname", i).strip() for i in ids})
+
+    def wait(self, title, program):
+        """Until a window of this title is there and has the keyboard."""
+        pattern = re.compile(title)
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            if program.poll() is not None:
+                raise SystemExit(f"walk: the program ended with {program.returncode}, waiting for {title!r}")
+            name = self.tool("getactivewindow", "getwindowname").strip()
+            if pattern.search(name):
+                time.sleep(0.3)  # drawn and ready for keys
+                return name
+            time.sleep(0.05)
+        self.shot("lost")
+        raise SystemExit(f"walk: no window {title!r}; there are {self.titles()}")
+
+    def key(self, *keys):
+        for key in keys:
+            self.tool("key", "--clearmodifiers", key)
+            time.sleep(0.1)
+
+    def type(self, text):
+        self.tool("type", "--delay", "15", text)
+        time.sleep(0.1)
+
+    def shot(self, name):
+        self.shots += 1
+        file = self.folder / f"{self.shots:02d}-{name}.png"
+        subprocess.run(["import", "-window", "root", str(file)], env=self.env, check=True)
+
+
+def check(condition, text):
+    if not condition:
+        raise SystemExit("walk: " + text)
+
+
+def start(screen, program, home, *arguments):
+    return subprocess.Popen([program, "--home", str(home), *arguments], env=screen.env)
+
+
+def leave(screen, program):
+    screen.key("ctrl+q")
+    check(program.wait(PATIENCE) == 0, f"the program ended with {program.returncode}")
+
+
+def main_window(site):
+    return f"^{site} - Current Site DB: Corvane"
+
+
+def first_walk(screen, program, home):
+    corvane = start(screen, program, home)
+    screen.wait("^Enter Site Name", corvane)
+    screen.shot("first-run")
+    screen.key("Return")  # a name is required
+    time.sleep(0.5)
+    screen.shot("name-required")
+    screen.type("My shop")
+    screen.key("Return")
+    screen.wait("^Corvane", corvane)
+    screen.shot("add-data-now")
+    screen.key("Escape")
+    screen.wait(main_window("My shop"), corvane)
+    screen.shot("main-window")
+
+    screen.key("ctrl+n")
+    screen.wait("Enter Database Name", corvane)
+    screen.type("Second & <b>shop")
+    screen.shot("new-site")
+    screen.key("Return")
+    screen.wait("^Corvane$", corvane)
+    screen.key("Escape")
+    second = main_window("Second & <b>shop")
+    screen.wait(second, corvane)
+
+    screen.key("ctrl+o")
+    screen.wait("Select site database", corvane)
+    screen.shot("select-site")
+    screen.key("Return")  # the second one is chosen already
+    screen.wait(second, corvane)
+    screen.key("ctrl+o")
+    screen.wait("Select site database", corvane)
+    screen.key("Home", "alt+e")
+    screen.wait("^Corvane$", corvane)
+    screen.shot("remove-first")
+    screen.key("alt+y")
+    screen.wait("Select site database", corvane)
+    screen.shot("first-removed")
+    screen.key("Escape")
+    screen.wait(second, corvane)
+
+    for keys, title, name in (("ctrl+comma", "Enter Options", "program-options"),
+                              ("ctrl+d", "Analysis Options|Options", "analysis-options"),
+                              ("ctrl+r", "Enter Report Options", "report-options")):
+        screen.key(keys)
+        screen.wait(title, corvane)
+        screen.shot(name)
+        screen.key("Escape")
+        screen.wait(second, corvane)
+    screen.key("F1")
+    screen.wait("Help", corvane)
+    screen.shot("help")
+    screen.key("Escape")
+    screen.wait(second, corvane)
+    screen.key("alt+r")
+    time.sleep(0.5)
+    screen.shot("reports-menu")
+    screen.key("Escape", "Escape")
+    leave(screen, corvane)
+
+    sites = (home / "param/sitedbs.ini").read_text()
+    check("DBNameLst=Second & <b>shop" in sites, "the list of sites is wrong: " + sites)
+    recycled = [folder.name for folder in (home / "recycled").iterdir()]
+    check(recycled == ["My_shop"], f"recycled: {recycled}")
+    check(not (home / "sites/My_shop").exists(), "the first site's folder still stands")
+
+
+def second_walk(screen, program, home, log):
+    corvane = start(screen, program, home, str(log))
+    screen.wait("Add raw log data", corvane)
+    screen.shot("add-dialog")
+    screen.key("alt+a")
+    time.sleep(0.7)
+    screen.shot("progress")
+    screen.wait("Add raw log data", corvane)
+    screen.shot("added")
+    screen.key("Return")
+    screen.wait("Current Site DB", corvane)
+    screen.shot("site-with-data")
+    leave(screen, corvane)
+
+
+def main():
+    program, loggen, out = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+    lacking = [tool for tool in TOOLS if shutil.which(tool) is None]
+    if lacking:
+        raise SystemExit("walk: not installed: " + " ".join(lacking))
+    shutil.rmtree(out, ignore_errors=True)
+    out.mkdir(parents=True)
+    with tempfile.TemporaryDirectory() as folder:
+        home, log = pathlib.Path(folder) / "home", pathlib.Path(folder) / "access.log"
+        subprocess.run([loggen, "--lines", "150000", "--days", "20", "--clean", "-o", str(log)], check=True)
+        screen = Screen(out)
+        try:
+            first_walk(screen, program, home)
+            second_walk(screen, program, home, log)
+        finally:
+            screen.close()
+        errors = list(home.rglob("errors.log"))
+        check(not errors, "the program recorded failures: " + "".join(file.read_text() for file in errors))
+    print(f"walk: done, {screen.shots} pictures in {out}")
+
+
+main()
