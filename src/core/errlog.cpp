@@ -141,8 +141,8 @@ EventLog::Logged EventLog::LogEvent(int number, std::string_view procName, std::
 std::string EventLog::Tail() const {
     const std::string& path = path_.empty() ? fallback_ : path_;
     const ReadText read = ReadFile(path, std::max<std::int64_t>(1, FileSize(path) - kTail + 1));
-    if (!read.existed) return "No errors have been recorded.";
-    if (!read.result) return read.result.error;
+    if (read.existed && !read.result) return read.result.error;
+    if (read.text.empty()) return "No errors have been recorded.";
     std::size_t start = 0;  // the cut may have gone through a letter
     while (start < read.text.size() && start < 3 && (static_cast<unsigned char>(read.text[start]) & 0xC0) == 0x80)
         ++start;

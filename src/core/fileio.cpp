@@ -1,5 +1,6 @@
 #include "core/fileio.h"
 
+#include <limits.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +13,9 @@
 namespace core::fileio {
 
 namespace {
+
+constexpr int kMaxLinks = 40;
+constexpr int kMaxTempNames = 1000;
 
 struct Advice {
     int error;
@@ -38,6 +42,22 @@ constexpr std::array kAdvice{
 std::string_view AdviceFor(int error) {
     const auto* row = std::ranges::find(kAdvice, error, &Advice::error);
     return row != kAdvice.end() ? row->text : "Check the disk, then try again.";
+}
+
+// The file behind a chain of symbolic links, also where the last one does not exist yet.
+bool ResolveLinks(std::string& path) {
+    for (int hop = 0; hop < kMaxLinks; ++hop) {
+        struct stat info {};
+        if (::lstat(path.c_str(), &info) != 0) return errno == ENOENT;
+        if (!S_ISLNK(info.st_mode)) return true;
+        std::string target(PATH_MAX, '\0');
+        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+        if (length <= 0) return false;
+        target.resize(static_cast<std::size_t>(length));
+        path = target.front() == '/' ? target : fPathOf(path) + target;
+    }
+    errno = ELOOP;
+    return false;
 }
 
 bool IsControl(char32_t code) {
@@ -133,6 +153,61 @@ std::string Shown(std::string_view path) {
         at += letter.length;
     }
     return shown;
+}
+
+std::string FolderOf(const std::string& path) {
+    const std::string folder = fPathOf(path);
+    return folder.empty() ? "." : folder;
+}
+
+NewFile::~NewFile() {
+    if (!temp_.empty()) ::unlink(temp_.c_str());
+}
+
+Result NewFile::Create(const std::string& path) {
+    path_ = path;
+    if (path.empty() || path.find('\0') != std::string::npos) return Fail("written", path, ENOENT);
+    if (!ResolveLinks(path_)) return Fail("written", path, errno);
+    struct stat old {};
+    const bool exists = ::stat(path_.c_str(), &old) == 0;
+    if (!exists && errno != ENOENT) return Fail("written", path, errno);
+    if (exists && !S_ISREG(old.st_mode)) return NotRegular(path, old.st_mode);
+    // A file that its owner protected against writing is not replaced behind his back.
+    if (exists && ::faccessat(AT_FDCWD, path_.c_str(), W_OK, AT_EACCESS) != 0) return Fail("written", path, errno);
+    const std::string stem = FolderOf(path_) + "/.corvane-" + std::to_string(::getpid()) + "-";
+    for (int n = 0; n < kMaxTempNames && !fd_; ++n) {
+        const std::string name = stem + std::to_string(n) + ".tmp";
+        fd_.Reset(OpenRetry(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, exists ? 0600 : 0666));
+        if (fd_)
+            temp_ = name;
+        else if (errno != EEXIST)
+            break;
+    }
+    if (!fd_) return Fail("written", path, errno);
+    return exists ? KeepRights(old) : Result{};
+}
+
+Result NewFile::KeepRights(const struct stat& old) const {
+    struct stat made {};
+    if (::fstat(fd_.Get(), &made) != 0) return Fail("written", path_, errno);
+    // Only a privileged program can give a file away; for others the new file is simply theirs.
+    if ((made.st_uid != old.st_uid || made.st_gid != old.st_gid) && ::fchown(fd_.Get(), old.st_uid, old.st_gid) != 0 &&
+        errno != EPERM)
+        return Fail("written", path_, errno);
+    if (::fchmod(fd_.Get(), old.st_mode & 07777) != 0) return Fail("written", path_, errno);
+    return {};
+}
+
+Result NewFile::Write(std::string_view text) {
+    return WriteAll(fd_.Get(), text) ? Result{} : Fail("written", path_, errno);
+}
+
+Result NewFile::PutInPlace() {
+    if (::fsync(fd_.Get()) != 0) return Fail("written", path_, errno);
+    if (!fd_.Close()) return Fail("written", path_, errno);
+    if (::rename(temp_.c_str(), path_.c_str()) != 0) return Fail("written", path_, errno);
+    temp_.clear();
+    return SyncFolder(FolderOf(path_));
 }
 
 }  // namespace core::fileio

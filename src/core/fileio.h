@@ -44,6 +44,30 @@ ssize_t ReadAllAt(int fd, off_t offset, char* into, std::size_t room);
 // Opens for reading without ever waiting for a writer; refuses whatever is no regular file.
 Result OpenRegular(const std::string& path, Fd& fd, struct stat& info);
 
+// A new file beside its later name, removed again unless it is put in place: until then an old one stands as it was.
+class NewFile {
+public:
+    NewFile() = default;
+    ~NewFile();
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    // Refuses what cannot be written, and whatever is there and no regular file.
+    Result Create(const std::string& path);
+    Result Write(std::string_view text);
+    Result PutInPlace();  // flushed, then renamed, the folder flushed
+
+private:
+    Result KeepRights(const struct stat& old) const;
+
+    std::string path_{};
+    std::string temp_{};
+    Fd fd_{};
+};
+
+// The folder that holds a file, "." for a bare name.
+std::string FolderOf(const std::string& path);
+
 // Texts for the user: what failed, why, and what to do.
 Result Fail(std::string_view done, const std::string& path, int error);
 Result NotRegular(const std::string& path, mode_t mode);

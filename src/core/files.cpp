@@ -1,7 +1,6 @@
 #include "core/files.h"
 
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,92 +18,10 @@ namespace {
 
 using fileio::Fail;
 using fileio::Fd;
+using fileio::FolderOf;
+using fileio::NewFile;
 using fileio::OpenRetry;
 using fileio::Shown;
-
-constexpr int kMaxLinks = 40;
-constexpr int kMaxTempNames = 1000;
-
-std::string FolderOf(const std::string& path) {
-    const std::string folder = fPathOf(path);
-    return folder.empty() ? "." : folder;
-}
-
-// The file behind a chain of symbolic links, also where the last one does not exist yet.
-bool ResolveLinks(std::string& path) {
-    for (int hop = 0; hop < kMaxLinks; ++hop) {
-        struct stat info {};
-        if (::lstat(path.c_str(), &info) != 0) return errno == ENOENT;
-        if (!S_ISLNK(info.st_mode)) return true;
-        std::string target(PATH_MAX, '\0');
-        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-        if (length <= 0) return false;
-        target.resize(static_cast<std::size_t>(length));
-        path = target.front() == '/' ? target : fPathOf(path) + target;
-    }
-    errno = ELOOP;
-    return false;
-}
-
-// A new file beside its later name, removed again unless it was put in place.
-class NewFile {
-public:
-    ~NewFile() {
-        if (!temp_.empty()) ::unlink(temp_.c_str());
-    }
-    Result Create(const std::string& path);
-    int Get() const { return fd_.Get(); }
-    Result PutInPlace();
-
-private:
-    Result KeepRights(const struct stat& old) const;
-
-    std::string path_{};
-    std::string temp_{};
-    Fd fd_{};
-};
-
-Result NewFile::Create(const std::string& path) {
-    path_ = path;
-    if (path.empty() || path.find('\0') != std::string::npos) return Fail("written", path, ENOENT);
-    if (!ResolveLinks(path_)) return Fail("written", path, errno);
-    struct stat old {};
-    const bool exists = ::stat(path_.c_str(), &old) == 0;
-    if (!exists && errno != ENOENT) return Fail("written", path, errno);
-    if (exists && !S_ISREG(old.st_mode)) return fileio::NotRegular(path, old.st_mode);
-    // A file that its owner protected against writing is not replaced behind his back.
-    if (exists && ::faccessat(AT_FDCWD, path_.c_str(), W_OK, AT_EACCESS) != 0) return Fail("written", path, errno);
-    const std::string stem = FolderOf(path_) + "/.corvane-" + std::to_string(::getpid()) + "-";
-    for (int n = 0; n < kMaxTempNames && !fd_; ++n) {
-        const std::string name = stem + std::to_string(n) + ".tmp";
-        fd_.Reset(OpenRetry(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, exists ? 0600 : 0666));
-        if (fd_)
-            temp_ = name;
-        else if (errno != EEXIST)
-            break;
-    }
-    if (!fd_) return Fail("written", path, errno);
-    return exists ? KeepRights(old) : Result{};
-}
-
-Result NewFile::KeepRights(const struct stat& old) const {
-    struct stat made {};
-    if (::fstat(fd_.Get(), &made) != 0) return Fail("written", path_, errno);
-    // Only a privileged program can give a file away; for others the new file is simply theirs.
-    if ((made.st_uid != old.st_uid || made.st_gid != old.st_gid) && ::fchown(fd_.Get(), old.st_uid, old.st_gid) != 0 &&
-        errno != EPERM)
-        return Fail("written", path_, errno);
-    if (::fchmod(fd_.Get(), old.st_mode & 07777) != 0) return Fail("written", path_, errno);
-    return {};
-}
-
-Result NewFile::PutInPlace() {
-    if (::fsync(fd_.Get()) != 0) return Fail("written", path_, errno);
-    if (!fd_.Close()) return Fail("written", path_, errno);
-    if (::rename(temp_.c_str(), path_.c_str()) != 0) return Fail("written", path_, errno);
-    temp_.clear();
-    return SyncFolder(FolderOf(path_));
-}
 
 Result CutBack(const Fd& fd, const std::string& path, off_t size, bool created, int error) {
     Result failed = Fail("written", path, error);
@@ -118,7 +35,7 @@ Result CutBack(const Fd& fd, const std::string& path, off_t size, bool created, 
 Result WriteWhole(const std::string& path, std::string_view text) {
     NewFile file;
     if (Result made = file.Create(path); !made) return made;
-    if (!fileio::WriteAll(file.Get(), text)) return Fail("written", path, errno);
+    if (Result written = file.Write(text); !written) return written;
     return file.PutInPlace();
 }
 
@@ -226,7 +143,7 @@ Result FileCopy(const std::string& from, const std::string& to) {
     if (Result made = file.Create(to); !made) return made;
     std::string chunk(kChunk, '\0');
     while (const std::size_t got = source.Read(chunk.data(), chunk.size()))
-        if (!fileio::WriteAll(file.Get(), std::string_view(chunk).substr(0, got))) return Fail("written", to, errno);
+        if (Result written = file.Write(std::string_view(chunk).substr(0, got)); !written) return written;
     if (!source.Failed()) return source.Failed();
     return file.PutInPlace();
 }

@@ -71,6 +71,13 @@ Result MayWrite(User& user, const std::string& path, const OpenRules& rules) {
     return {};
 }
 
+// The native name of a file that may be written.
+Result NameToWrite(User& user, const Paths& paths, std::string_view name, const OpenRules& rules, std::string& path) {
+    CheckLetters(rules);
+    if (Result named = NativeName(paths, name, rules.checkName, path); !named) return named;
+    return Exists(path) ? MayWrite(user, path, rules) : Result{};
+}
+
 // The end that the last line of a file lacks, so that what is appended stands on a line of its own.
 Result MissingEnd(const std::string& path, std::string& end) {
     const std::int64_t size = FileSize(path);
@@ -143,18 +150,21 @@ Result OpenText(User& user, const Paths& paths, std::string_view name, OpenRules
 }
 
 Result WriteFile(User& user, const Paths& paths, std::string_view name, std::string_view text, const OpenRules& rules) {
-    CheckLetters(rules);
     std::string path;
-    if (Result named = NativeName(paths, name, rules.checkName, path); !named) return named;
-    if (Exists(path)) {
-        if (Result allowed = MayWrite(user, path, rules); !allowed) return allowed;
-    }
+    if (Result allowed = NameToWrite(user, paths, name, rules, path); !allowed) return allowed;
     if (rules.existsAction != 'A') return WriteWhole(path, text);
     std::string end;
     if (rules.textMode) {
         if (Result known = MissingEnd(path, end); !known) return known;
     }
     return AppendWhole(path, end.append(text));
+}
+
+Result OpenNew(User& user, const Paths& paths, std::string_view name, const OpenRules& rules, fileio::NewFile& file) {
+    if (rules.existsAction == 'A') throw ErrorNumber(errnum::kBadExistsAction, "OpenNew");
+    std::string path;
+    if (Result allowed = NameToWrite(user, paths, name, rules, path); !allowed) return allowed;
+    return file.Create(path);
 }
 
 BigText ReadFileBig(User& user, const std::string& path, std::int64_t start, std::size_t maxChunks,

@@ -9,6 +9,10 @@
 
 #include "core/files.h"
 
+namespace core::fileio {
+class NewFile;
+}
+
 namespace core {
 
 class Paths;
@@ -52,6 +56,10 @@ Result OpenText(User& user, const Paths& paths, std::string_view name, OpenRules
 // A whole text as a file, by the same rules. In one step: on failure an old file stands as it was.
 Result WriteFile(User& user, const Paths& paths, std::string_view name, std::string_view text,
                  const OpenRules& rules = {});
+
+// The same for a text that is written piece by piece: the file is in place, and an old one gone, when the caller puts
+// it there. Not for action 'A'.
+Result OpenNew(User& user, const Paths& paths, std::string_view name, const OpenRules& rules, fileio::NewFile& file);
 
 inline constexpr std::int64_t kChunkChars = 64000;
 inline constexpr std::size_t kMostChunks = 30000;

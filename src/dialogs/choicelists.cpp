@@ -8,7 +8,6 @@
 namespace dialogs {
 namespace {
 
-constexpr std::size_t kMostShown = 4096;  // bytes of a row
 constexpr std::size_t kStepEvery = 1024;
 
 Choices ChoicesOf(const ListSide& side, long& nextOrder) {
@@ -103,7 +102,7 @@ Rows ShownChoices(const Choices& list) {
     Rows rows;
     rows.reserve(list.size());
     for (const Choice& choice : list) {
-        std::string shown = GridCellText(choice.text, kMostShown);
+        std::string shown = GridCellText(choice.text);
         if (!seen.insert(choice.text).second) shown.append(" ").append(kDuplicate);
         rows.push_back({std::move(shown)});
     }

@@ -118,7 +118,7 @@ std::vector<int> ControlSpec::Numbers(int position) const {
 }
 
 std::vector<int> Control::Selected() const {
-    const int count = std::max(0, static_cast<int>(rows.size()) - std::max(0, FixedRows()));
+    const int count = std::max(0, static_cast<int>(rows.size()) - FixedRows());
     std::vector<int> selected;
     std::string_view rest = value;
     while (!rest.empty()) {

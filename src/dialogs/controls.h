@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,18 +10,7 @@
 // parameter files, so what a position means must not change.
 namespace dialogs {
 
-enum class ControlType {
-    Label,
-    TextBox,
-    CheckBox,
-    OptionButton,
-    ComboBox,
-    ListBox,
-    Grid,
-    CommandButton,
-    Line,
-    Shape
-};
+enum class ControlType { Label, TextBox, CheckBox, OptionButton, ComboBox, ListBox, Grid, CommandButton, Line, Shape };
 inline constexpr std::string_view kSpecDelim = "|~~|";
 inline constexpr int kTwipsPerInch = 1440;
 
@@ -41,8 +31,8 @@ public:
     bool True(int position) const { return At(position) == "True"; }
     std::vector<int> Numbers(int position) const;  // of a list in braces
 
-    int Width() const { return Number(1); }   // 0: as wide as what it shows
-    int Height() const { return Number(2); }  // 0: one line, a list as many rows as fit
+    int Width() const { return std::max(0, Number(1)); }   // 0: as wide as what it shows
+    int Height() const { return std::max(0, Number(2)); }  // 0: one line, a list as many rows as fit
 
 private:
     std::vector<std::string> positions_{};
@@ -74,8 +64,8 @@ struct Control {
 
     bool Is(ControlType which) const { return type == which; }
     bool MultiSelect() const { return Is(ControlType::ListBox) && spec.True(15); }
-    int FixedRows() const { return Is(ControlType::Grid) ? spec.Number(10) : 0; }
-    int FixedCols() const { return Is(ControlType::Grid) ? spec.Number(11) : 0; }
+    int FixedRows() const { return Is(ControlType::Grid) ? std::max(0, spec.Number(10)) : 0; }
+    int FixedCols() const { return Is(ControlType::Grid) ? std::max(0, spec.Number(11)) : 0; }
     std::vector<int> Selected() const;  // rows of `value`, ascending
     void Select(const std::vector<int>& rowsSelected);
     bool Ticked() const { return value == "True"; }

@@ -1,8 +1,18 @@
 #include "dialogs/csv.h"
 
+#include "core/numbers.h"
 #include "core/text.h"
 
 namespace dialogs {
+namespace {
+
+// "-12.5" is a number and stays one.
+bool MayBeFormula(std::string_view text) {
+    return !text.empty() && std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos &&
+           !core::IsNumeric(text);
+}
+
+}  // namespace
 
 std::vector<std::string> CsvReadLine(std::string_view line, char delimiter) {
     std::vector<std::string> cells(1);
@@ -21,10 +31,7 @@ std::vector<std::string> CsvReadLine(std::string_view line, char delimiter) {
 
 std::string CsvCell(std::string_view text, CsvQuotes quotes, CsvGuard guard, char delimiter) {
     std::string cell;
-    if (guard == CsvGuard::Spreadsheet && !text.empty() &&
-        std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos) {
-        cell += '\'';
-    }
+    if (guard == CsvGuard::Spreadsheet && MayBeFormula(text)) cell += '\'';
     cell += text;
     const bool doubled = quotes == CsvQuotes::Doubled;
     const bool hasQuote = cell.find('"') != std::string::npos;

@@ -16,7 +16,7 @@ enum class CsvQuotes {
 };
 enum class CsvGuard {
     Plain,        // the text as it stands
-    Spreadsheet,  // cells that begin with = + - @ tab or carriage return get a leading '
+    Spreadsheet,  // cells that begin with = + - @ tab or carriage return and are no number get a leading '
 };
 // One cell. Line breaks stay, so a cell with one is wrapped too (Doubled).
 std::string CsvCell(std::string_view text, CsvQuotes quotes = CsvQuotes::Doubled, CsvGuard guard = CsvGuard::Plain,

@@ -2,8 +2,8 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <functional>
+#include <utility>
 
 #include "core/dates.h"
 #include "core/fileio.h"
@@ -12,6 +12,7 @@
 #include "core/paths.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "dialogs/gridops.h"
 #include "dialogs/report.h"
 
 namespace dialogs {
@@ -72,8 +73,10 @@ public:
         : from_(core::LowerUtf8(from)), to_(core::LowerUtf8(to)), kind_(KindOf(from, to)) {}
 
     bool Holds(std::string_view key) const {
+        if (from_.empty() && to_.empty()) return true;
         if (kind_ == Kind::Text) return Between(core::LowerUtf8(key), from_, to_);
-        if (kind_ == Kind::Number) return Between(core::fNum(key), core::fNum(from_), core::fNum(to_));
+        if (kind_ == Kind::Number)
+            return core::IsNumeric(key) && Between(CellNumber(key), CellNumber(from_), CellNumber(to_));
         const std::int32_t day = core::fDayNo(key);
         return core::ParseDate(key).has_value() && Between(day, core::fDayNo(from_), core::fDayNo(to_));
     }
@@ -125,16 +128,21 @@ void ReadRows(Lines& lines, const CsvReadRules& rules, Report& report, CsvRead& 
     }
 }
 
-// An output that is whole or not there at all.
+// An output that is whole or not there at all: beside an old file until it is whole, or cut off again behind one.
 class WholeFile {
 public:
     explicit WholeFile(const FileDesk& desk) : desk_(desk) {}
+    ~WholeFile() { (void)TakeBack(); }
+    WholeFile(const WholeFile&) = delete;
+    WholeFile& operator=(const WholeFile&) = delete;
 
     core::Result Open(std::string_view name, char existsAction) {
-        core::Result opened =
-            core::OpenFile(desk_.user, desk_.paths, name, 'O', {.existsAction = existsAction, .textMode = true}, file_);
+        const core::OpenRules rules{.existsAction = existsAction, .textMode = true};
+        if (existsAction != 'A') return core::OpenNew(desk_.user, desk_.paths, name, rules, whole_);
         path_ = desk_.paths.ToNative(name);
-        if (opened && existsAction == 'A') oldSize_ = ::lseek(file_.Get(), 0, SEEK_END);
+        oldSize_ = core::FileSize(path_);
+        core::Result opened = core::OpenFile(desk_.user, desk_.paths, name, 'O', rules, longer_);
+        pending_ = longer_.IsOpen();
         return opened;
     }
     core::Result Add(std::string_view text) {
@@ -143,33 +151,36 @@ public:
     }
     core::Result Close() {
         if (core::Result written = Flush(); !written) return written;
-        if (core::Result closed = file_.Close(); !closed) return closed;
-        return core::SyncFile(path_);
+        if (!pending_) return whole_.PutInPlace();
+        if (core::Result closed = longer_.Close(); !closed) return closed;
+        core::Result synced = core::SyncFile(path_);
+        pending_ = !synced.ok;
+        return synced;
     }
-    // Takes back what was written; gives what is left to tell.
+    // Takes out what was appended; gives what is left to tell.
     std::string TakeBack() {
-        if (oldSize_ > 0) {
-            file_.Close();
-            return ::truncate(path_.c_str(), oldSize_) == 0 ? "" : "\rThe lines written so far could not be taken out.";
-        }
-        file_.Close();
-        return core::FileDelete(path_) ? "" : "\rThe incomplete file could not be removed.";
+        if (!std::exchange(pending_, false)) return {};
+        (void)longer_.Close();  // what it wrote goes anyway
+        if (oldSize_ < 0) return core::FileDelete(path_) ? "" : "\rThe incomplete file could not be removed.";
+        return ::truncate(path_.c_str(), oldSize_) == 0 ? "" : "\rThe lines written so far could not be taken out.";
     }
 
 private:
     core::Result Flush() {
-        core::Result written = file_.Write(buffer_);
+        core::Result written = pending_ ? longer_.Write(buffer_) : whole_.Write(buffer_);
         buffer_.clear();
         return written;
     }
 
     const FileDesk& desk_;
-    core::OpenedFile file_{};
+    core::fileio::NewFile whole_{};
+    core::OpenedFile longer_{};
+    bool pending_ = false;  // something stands behind the old file, or may
     std::string path_{}, buffer_{};
-    off_t oldSize_ = 0;
+    std::int64_t oldSize_ = -1;  // below 0: there was none
 };
 
-// Opens, lets `write` add text, closes; a failure or a stop leaves nothing.
+// Opens, lets `write` add text, closes; a failure or a stop leaves everything as it was.
 CsvSaved SaveWhole(const FileDesk& desk, std::string_view name, char existsAction, double rows,
                    const std::function<core::Result(WholeFile&, Report&)>& write) {
     CsvSaved saved;

@@ -46,7 +46,7 @@ struct CsvWriteRules {
     std::optional<long> firstRow{}, firstCol{};  // the table's own
     bool quoted = true;                          // quotes doubled; off: coded as &34#
     std::string header{}, trailer{};             // written as they are
-    char existsAction = 'W';                     // of core::OpenFile
+    char existsAction = 'W';                     // of core::OpenRules
     bool keepLineEnds = false;
     std::string lineEndText = " ";  // in place of each carriage return and each line feed of a cell
     CsvGuard guard = CsvGuard::Plain;
@@ -58,7 +58,7 @@ struct CsvSaved {
     std::string error{};
     explicit operator bool() const { return ok; }
 };
-// On failure nothing of it is left: the half file is removed, what was appended is cut off.
+// On failure nothing of it is left: an old file stands as it was, what was appended is cut off.
 CsvSaved SaveCSV(const FileDesk& desk, std::string_view PAFN, const TableArray& array, const CsvWriteRules& rules = {});
 // The lines as they are, each with CR LF. Same promises.
 CsvSaved SaveLines(const FileDesk& desk, std::string_view PAFN, const std::vector<std::string>& lines,

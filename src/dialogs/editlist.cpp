@@ -15,11 +15,17 @@ namespace {
 
 constexpr std::string_view kListSpec = "8000|3500|||||True||||||||True";  // several rows can be selected
 constexpr std::string_view kAskSpec = "10000||||||";
+constexpr std::string_view kAskBigSpec = "12000|4000|||||";
 constexpr std::string_view kCaptionSpec = "3000";
-constexpr std::size_t kMostShown = 4096;    // bytes of a cell
-constexpr std::size_t kMostViewed = 30000;  // bytes of a text
 constexpr std::string_view kCutOff = ".... TRUNCATED due to error.";
 constexpr int kFixedRowsPosition = 10;
+
+// A box of one line holds no more than one.
+std::string_view AskSpec(std::string_view text) {
+    constexpr std::size_t kMostOfLine = 8000;  // bytes
+    const bool large = text.size() > kMostOfLine || text.find_first_of("\r\n") != std::string_view::npos;
+    return large ? kAskBigSpec : kAskSpec;
+}
 
 std::string DelimiterOf(const ListScreen& screen) { return screen.delimiter == "tab" ? "\t" : screen.delimiter; }
 
@@ -58,7 +64,6 @@ private:
         void (Screen::*run)();
     };
     static const std::array<Act, 8> kActs;
-    static const Act kView;  // offered when a text had to be cut
 
     std::string Columns() const { return grid_ ? ", seperate columns with " + screen_.delimiter : ""; }
     std::size_t ColumnCount() const;
@@ -86,7 +91,6 @@ private:
     void Move(Direction direction) { MoveSelected(rows_, selected_, direction); }
     void Sort();
     void AddLine();
-    void View() { ShowWholeText(desk_, screen_.title, screen_.item, Joined(rows_[Current()], "\r")); }
     bool Do(const Act& act);
 
     const Desk& desk_;
@@ -110,8 +114,6 @@ const std::array<Screen::Act, 8> Screen::kActs{{
     {"&Add Line", &ListAllows::addLine, false, false, &Screen::AddLine},
 }};
 
-const Screen::Act Screen::kView{"View W&hole", nullptr, false, true, &Screen::View};
-
 std::size_t Screen::ColumnCount() const {
     std::size_t count = std::max<std::size_t>(1, screen_.headers.size());
     if (screen_.headers.empty())
@@ -131,6 +133,9 @@ std::string Screen::Text() const {
         if (act->named) buttons.append(buttons.empty() ? "" : ", ").append(core::fTrim(PlainCaption(act->caption)));
     if (!buttons.empty()) line("Use " + buttons + " to change or add " + screen_.item + ".");
     if (screen_.allows.move) line("Up and Down will change the sequence on this list.");
+    const auto hint = [](const ListRow& row) { return !LongTextHint(row).empty(); };
+    const auto longRow = std::ranges::find_if(rows_, hint);
+    if (longRow != rows_.end()) line(LongTextHint(*longRow));
     return text;
 }
 
@@ -148,11 +153,6 @@ std::string Screen::Buttons() {
         MBAddBtn(Caption(act), buttons);
         shownActs_.push_back(&act);
     }
-    const auto isLong = [](const std::string& cell) { return cell.size() > kMostShown; };
-    if (std::ranges::any_of(rows_, [&](const ListRow& row) { return std::ranges::any_of(row, isLong); })) {
-        MBAddBtn(kView.caption, buttons);
-        shownActs_.push_back(&kView);
-    }
     MBAddBtn("&Cancel", buttons);
     return buttons;
 }
@@ -163,7 +163,7 @@ Rows Screen::Shown() const {
     if (grid_) shown.push_back(screen_.headers);
     for (const ListRow& row : rows_) {
         ListRow& cells = shown.emplace_back();
-        for (const std::string& cell : row) cells.push_back(GridCellText(cell, kMostShown));
+        for (const std::string& cell : row) cells.push_back(GridCellText(cell));
     }
     return shown;
 }
@@ -226,8 +226,8 @@ std::optional<ListRow> Screen::AskedCells(const ListRow& start) const {
     for (std::size_t i = 0; i < columns; ++i) {
         const std::string caption = i < screen_.headers.size() ? screen_.headers[i] : screen_.item;
         if (grid_) MBAddCtl("Label", caption, MBSpec(kCaptionSpec), controls);
-        boxes.push_back(
-            MBAddCtl(grid_ ? "TextBox_" : "TextBox", i < start.size() ? start[i] : "", MBSpec(kAskSpec), controls));
+        const std::string text = i < start.size() ? start[i] : "";
+        boxes.push_back(MBAddCtl(grid_ ? "TextBox_" : "TextBox", text, MBSpec(AskSpec(text)), controls));
         controls[boxes.back()].caption = caption;
     }
     const auto rowOf = [&](const Controls& filled) {
@@ -365,7 +365,7 @@ std::optional<std::string> AskLine(const Desk& desk, std::string_view message, s
                                    std::string_view title,
                                    const std::function<std::string(const std::string& text)>& check) {
     Controls controls;
-    const int number = MBAddCtl("TextBox", otherwise, MBSpec(kAskSpec), controls);
+    const int number = MBAddCtl("TextBox", otherwise, MBSpec(AskSpec(otherwise)), controls);
     controls[number].caption = message;
     Box box;
     box.message = message;
@@ -383,12 +383,12 @@ void ShowWholeText(const Desk& desk, std::string_view title, std::string_view it
     Box box;
     box.title = title;
     std::string shown(text);
-    if (text.size() > kMostViewed) {
+    if (text.size() > kMostInCell) {
         box.message = "Error " + std::to_string(core::errnum::kValueTooLong) +
                       " when try to show that item. Press OK to attempt to show only the first 30,000 bytes";
         box.buttons = "1";
         if (ShowMB(desk, box).Cancelled()) return;
-        shown = std::string(core::CutUtf8(text, kMostViewed)).append(kCutOff);
+        shown = std::string(core::CutUtf8(text, kMostInCell)).append(kCutOff);
     }
     Controls controls;
     const int number = MBAddCtl("TextBox", shown, MBSpec("12000|8000|||||"), controls);

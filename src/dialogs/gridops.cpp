@@ -18,12 +18,6 @@ std::string_view CellOf(const std::vector<std::string>& row, std::size_t column)
     return column < row.size() ? std::string_view(row[column]) : std::string_view();
 }
 
-double NumberOf(std::string_view cell) {
-    std::string digits(cell);
-    std::erase(digits, ',');
-    return core::fNum(digits);
-}
-
 // The new order of rows whose keys are given; the first `fixed` stay.
 template <typename Key>
 std::vector<int> OrderOf(const std::vector<Key>& keys, std::size_t fixed, Direction direction) {
@@ -62,11 +56,17 @@ std::size_t WidestRow(const Rows& rows) {
 
 }  // namespace
 
+double CellNumber(std::string_view cell) {
+    std::string digits(cell);
+    std::erase(digits, ',');
+    return core::fNum(digits);
+}
+
 std::vector<int> SortRows(Rows& rows, int column, RowOrder order, Direction direction, int fixedRows) {
     const std::size_t at = Index(column);
     const auto textKey = [](std::string_view cell) { return std::pair(core::LowerUtf8(cell), std::string(cell)); };
     std::vector<int> places = order == RowOrder::Number
-                                  ? OrderOf(KeysOf(rows, at, NumberOf), Index(fixedRows), direction)
+                                  ? OrderOf(KeysOf(rows, at, CellNumber), Index(fixedRows), direction)
                                   : OrderOf(KeysOf(rows, at, textKey), Index(fixedRows), direction);
     Rows sorted;
     sorted.reserve(rows.size());
@@ -161,6 +161,12 @@ std::string GridCellText(std::string_view text, std::size_t most) {
     if (text.size() <= most) return std::string(text);
     const std::size_t kept = most > kTruncated.size() ? most - kTruncated.size() : 0;
     return std::string(core::CutUtf8(text, kept)).append(kTruncated);
+}
+
+std::string LongTextHint(const std::vector<std::string>& texts) {
+    constexpr std::size_t kOneRow = 200;
+    const auto isLong = [](const std::string& text) { return text.size() > kOneRow; };
+    return std::ranges::any_of(texts, isLong) ? "Select item and press Ctrl+Z to view the whole message." : "";
 }
 
 }  // namespace dialogs

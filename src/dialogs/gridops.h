@@ -15,6 +15,7 @@ namespace dialogs {
 // Text: ignoring case, then by bytes. Number: the number a cell begins with, commas between digits left out.
 enum class RowOrder { Text, Number };
 enum class Direction { Up, Down };
+double CellNumber(std::string_view cell);
 
 // Sorts all rows but the first `fixedRows` by a column; equal rows keep their order. Gives for each new row where it
 // was.
@@ -48,9 +49,13 @@ private:
     std::vector<std::size_t> starts_{};  // of each row, and the end
 };
 
-// A text cut for a cell that shows no more than `most` bytes.
-std::string GridCellText(std::string_view text, std::size_t most);
+// What a cell holds at most; Ctrl+Z shows all of it.
+inline constexpr std::size_t kMostInCell = 30000;  // bytes
 inline constexpr std::string_view kTruncated = "[TEXT TRUNCATED] ...";
+// A text cut for a cell or a message that takes no more than `most` bytes.
+std::string GridCellText(std::string_view text, std::size_t most = kMostInCell);
+// How to see texts that a list cannot show whole; "" when there are none.
+std::string LongTextHint(const std::vector<std::string>& texts);
 
 // Moves the selected items by one place, all in one step; those at the end stay. `selected` follows.
 template <typename Item>

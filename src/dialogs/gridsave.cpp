@@ -5,7 +5,10 @@
 #include <cstdio>
 #include <map>
 
+#include "core/inistore.h"
+#include "core/numbers.h"
 #include "core/paths.h"
+#include "core/text.h"
 #include "core/utf8.h"
 
 namespace dialogs {
@@ -28,7 +31,7 @@ int AddBox(Controls& controls, std::string_view type, std::string_view value, st
     return number;
 }
 
-Form MakeForm(const GridToSave& grid) {
+Form MakeForm(const GridToSave& grid, bool guard) {
     Form form;
     Controls& controls = form.controls;
     form.path = MBAddCtl("TextBox", "", MBSpec("10000||||||"), controls);
@@ -43,7 +46,8 @@ Form MakeForm(const GridToSave& grid) {
     controls[form.prefix].caption = "Prefix of each line";
     form.part = AddBox(controls, "CheckBox", "False", "Save Only Se&lected Part of Data");
     controls[form.part].enabled = grid.selected.has_value();
-    form.guard = AddBox(controls, "CheckBox", "True", "&Guard cells that a spreadsheet would take for a formula");
+    form.guard = AddBox(controls, "CheckBox", core::fBoolWord(guard),
+                        "&Guard cells that a spreadsheet would take for a formula");
     // The prefix is for the sorted list alone, the guard not for it.
     form.followers.options = {"", "", std::to_string(form.prefix) + "|-" + std::to_string(form.guard)};
     return form;
@@ -124,7 +128,8 @@ std::vector<std::string> SortedLines(std::string_view cell, std::string_view pre
 }
 
 bool GridSaveDialog(const Desk& desk, const FileDesk& files, const GridToSave& grid) {
-    Form form = MakeForm(grid);
+    const bool guard = desk.screens.empty() || desk.ini.IniGetBoolT("Parm", "CSVSafe", desk.screens);
+    Form form = MakeForm(grid, guard);
     Box box;
     box.message = kAskPath;
     box.buttons = "1";

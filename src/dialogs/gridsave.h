@@ -18,7 +18,7 @@ struct GridToSave {
     std::string title = "Save contents of grid.";
 };
 // Asks for a file and what to save of a grid, saves it and tells how it went. Asks again when the file could not be
-// made. True when all was written.
+// made. True when all was written. CSVSafe in section Parm of screens.ini says whether cells are guarded at first.
 bool GridSaveDialog(const Desk& desk, const FileDesk& files, const GridToSave& grid);
 
 // Each character of the cells with its code and how often it stands there, by code; the first row holds headers.

@@ -5,6 +5,7 @@
 
 #include "core/cdsini.h"
 #include "core/inilong.h"
+#include "core/inistore.h"
 #include "core/text.h"
 #include "core/utf8.h"
 #include "dialogs/editlist.h"
@@ -81,7 +82,9 @@ std::string GroupLists::NameProblem(std::string_view name) const {
     for (const std::string_view prefix : {kAltPrefix, core::kSplitEntry})
         if (core::fStartsWith(name, prefix, core::Case::Ignore))
             return "Name cannot be prefixed with \"AltNo.\" or \"SplitEntry.\".";
-    if (Find(name) || core::fEquals(name, place_.listKey, core::Case::Ignore))
+    // Another entry of the section is not overwritten by a group.
+    if (Find(name) || core::fEquals(name, place_.listKey, core::Case::Ignore) ||
+        ini_.IniHas(place_.section, name, place_.file))
         return "Name already exists. You must enter a unique name.";
     return {};
 }

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <utility>
 
 #include "core/numbers.h"
+#include "core/text.h"
 #include "core/utf8.h"
 
 namespace dialogs {
@@ -16,6 +16,7 @@ constexpr std::string_view kButtons = "< &Prev|&Next >|Las&t >>|&OK";
 constexpr std::string_view kSpec = "12000|8000|||||";
 constexpr int kLinesOfPage = 40;
 constexpr std::size_t kBytesOfPage = 8000;
+constexpr std::size_t kBoxesOfPage = 20;
 
 // Bytes of the first line with its end; a line ends with CR, LF or both.
 std::size_t LineLength(std::string_view text) {
@@ -34,10 +35,9 @@ std::size_t PageLength(std::string_view text) {
     return length > 0 ? length : std::max<std::size_t>(1, core::CutUtf8(text, kBytesOfPage).size());
 }
 
-std::string CountLine(std::size_t page, std::size_t pages, std::optional<int> checked) {
-    std::string line = "Page " + core::CountText(static_cast<double>(page + 1)) + " of " +
-                       core::CountText(static_cast<double>(pages)) + ".";
-    return checked ? line + " " + ShownCount(*checked) + " checked. " : line;
+std::string CountLine(std::size_t page, std::size_t pages) {
+    return "Page " + core::CountText(static_cast<double>(page + 1)) + " of " +
+           core::CountText(static_cast<double>(pages)) + ".";
 }
 
 std::size_t PageAfter(std::size_t page, std::size_t pages, int button) {
@@ -45,11 +45,22 @@ std::size_t PageAfter(std::size_t page, std::size_t pages, int button) {
     return button == kNext ? std::min(page + 1, pages - 1) : pages - 1;
 }
 
-void ShowPage(DialogModel& model, const std::vector<std::string>& pages, std::size_t page, std::optional<int> checked) {
-    model.message = CountLine(page, pages.size(), checked);
-    model.controls[1].value = pages[page];
+void EnableTurning(DialogModel& model, std::size_t page, std::size_t pages) {
     model.buttons[kPrevious - 1].enabled = page > 0;
-    model.buttons[kNext - 1].enabled = model.buttons[kLast - 1].enabled = page + 1 < pages.size();
+    model.buttons[kNext - 1].enabled = model.buttons[kLast - 1].enabled = page + 1 < pages;
+}
+
+Controls BoxesOf(const std::vector<LongCheck>& checks, std::size_t page) {
+    Controls boxes;
+    for (std::size_t i = page * kBoxesOfPage; i < std::min(checks.size(), (page + 1) * kBoxesOfPage); ++i) {
+        const int number = MBAddCtl("CheckBox", core::fBoolWord(checks[i].checked), "", boxes);
+        boxes[number].caption = core::fReplace(checks[i].caption, "&", "&&");
+    }
+    return boxes;
+}
+
+std::string CheckedLine(const std::vector<LongCheck>& checks) {
+    return ShownCount(static_cast<double>(std::ranges::count_if(checks, &LongCheck::checked))) + " checked. ";
 }
 
 }  // namespace
@@ -67,7 +78,7 @@ std::vector<std::string> PagesOf(std::string_view text) {
     return pages;
 }
 
-void ShowLong(const Desk& desk, std::string_view text, std::string_view title, std::optional<int> checked) {
+void ShowLong(const Desk& desk, std::string_view text, std::string_view title) {
     const std::vector<std::string> pages = PagesOf(text);
     Controls controls;
     Control& shown = controls[MBAddCtl("TextBox", {}, MBSpec(kSpec), controls)];
@@ -77,16 +88,43 @@ void ShowLong(const Desk& desk, std::string_view text, std::string_view title, s
     box.title = title;
     box.buttons = kButtons;
     box.options = option::NoHide("1|2|3", true, true) + option::DfltButton(kClose) + option::Esc(kClose);
-    DialogModel model = BuildModel(desk, box, std::move(controls));
     std::size_t page = 0;
-    ShowPage(model, pages, page, checked);
-    const std::unique_ptr<DialogWindow> window = desk.host.Open(model);
-    for (int button = window->Run(); button != kClose; button = window->Run()) {
-        page = PageAfter(page, pages.size(), button);
-        ShowPage(model, pages, page, checked);
-        window->Update();
+    ShowMBStay(desk, box, controls, [&](DialogModel& model, int button) {
+        if (button > 0) page = PageAfter(page, pages.size(), button);
+        model.message = CountLine(page, pages.size());
+        model.controls[1].value = pages[page];
+        EnableTurning(model, page, pages.size());
+    });
+}
+
+// A dialog for each page, where the one before it stood.
+bool ShowLongChecks(const Desk& desk, std::string_view message, std::vector<LongCheck>& checks,
+                    std::string_view title) {
+    const std::vector<LongCheck> start = checks;
+    const std::size_t pages = std::max<std::size_t>(1, (checks.size() + kBoxesOfPage - 1) / kBoxesOfPage);
+    std::string place;
+    for (std::size_t page = 0;;) {
+        Box box;
+        box.title = title;
+        box.message = std::string(message) + "\r" + CountLine(page, pages) + " " + CheckedLine(checks);
+        box.buttons = std::string(kButtons) + "|&Cancel";
+        box.options = option::DfltButton(kClose);
+        DialogModel model = BuildModel(desk, box, BoxesOf(checks, page));
+        model.place = place;
+        EnableTurning(model, page, pages);
+        const int button = desk.host.Open(model)->Run();
+        KeepLook(desk, model);
+        place = model.place;
+        for (int number = 1; number <= model.controls.Count(); ++number)
+            checks[page * kBoxesOfPage + static_cast<std::size_t>(number - 1)].checked =
+                model.controls[number].Ticked();
+        if (button == kClose) return true;
+        if (button > kClose) {
+            checks = start;
+            return false;
+        }
+        page = PageAfter(page, pages, button);
     }
-    KeepLook(desk, model);
 }
 
 }  // namespace dialogs

@@ -234,6 +234,7 @@ bool NamedDialog::Store() {
         const Place& place = PlaceOf(number);
         if (!IsEntry(control) || place.entry.empty()) continue;
         std::string text = KeptText(control, place.index);
+        if (control.Is(ControlType::TextBox)) text = KeptEntry(rules_[static_cast<std::size_t>(number - 1)], text);
         const bool kept = desk_.ini.IniHas(place.section, place.entry, place.file);
         const std::string old = desk_.ini.IniGet(place.section, place.entry, place.file);
         if (place.item > 0) text = core::CDSSetItem(place.item, text, old);

@@ -64,6 +64,8 @@ public:
     // The Cancel button: asks, unless `confirmStop` is off, and from then on every step says stop until the last report
     // is closed.
     void Cancel();
+    // The program ends: stops without a question.
+    void StopNow() { stop_ = true; }
     void SetConfirmStop(bool on) { confirmStop_ = on; }
     // Takes the window down whatever is open: a job has failed.
     void CloseAll();

@@ -157,6 +157,7 @@ Pressed ShowMB(const Desk& desk, const Box& box, Controls& controls) {
     const Lent lent(model, controls);
     const int button = desk.host.Open(model)->Run();
     KeepLook(desk, model);
+    if (model.options.Stays(button)) ClearStartUp(model.controls);
     return {button, cancel};
 }
 
@@ -189,6 +190,23 @@ Pressed ShowMBRepeat(const Desk& desk, const Box& box, Controls& controls, const
         ApplyFollowers(model.followers, model.controls);
         window->Update();
     }
+}
+
+Pressed ShowMBStay(const Desk& desk, const Box& box, Controls& controls, const StayAct& act) {
+    if (IsSuppressed(desk, box, ParseOptions(box.options))) return kNotShown;
+    const int cancel = CancelNumber(box, controls);
+    DialogModel model = BuildModel(desk, box, std::move(controls));
+    const Lent lent(model, controls);
+    act(model, 0);
+    const std::unique_ptr<DialogWindow> window = desk.host.Open(model);
+    int button = window->Run();
+    for (; button != cancel && model.options.Stays(button); button = window->Run()) {
+        ClearStartUp(model.controls);
+        act(model, button);
+        window->Update();
+    }
+    KeepLook(desk, model);
+    return {button, cancel};
 }
 
 Pressed ShowMsg(const Desk& desk, std::string_view message, std::string_view title, std::string_view options) {

@@ -55,7 +55,8 @@ int CancelNumber(const Box& box, const Controls& controls);
 // Keeps place, size and font of a dialog that was shown; nobody is told when they could not be kept.
 void KeepLook(const Desk& desk, const DialogModel& model);
 
-// Values are read back even when the button was Cancel; test the result first. A suppressed message gives -1.
+// Values are read back even when the button was Cancel; test the result first. A suppressed message gives -1. The
+// dialog goes with any button: behind one that stays (NoHide) the caller shows the values again, or uses ShowMBStay.
 Pressed ShowMB(const Desk& desk, const Box& box, Controls& controls);
 Pressed ShowMB(const Desk& desk, const Box& box);
 
@@ -64,6 +65,11 @@ using EntryCheck = std::function<std::string(Controls& controls, int button)>;
 // Shows the dialog again, with what is wrong under "Problem with data entered: ", until the check is content. On
 // Cancel no check runs and the values are those of the entry.
 Pressed ShowMBRepeat(const Desk& desk, const Box& box, Controls& controls, const EntryCheck& check);
+
+// For buttons that stay: `act` is called with 0 before the dialog is shown, and with the number of a button that stays
+// before it goes on. Cancel and every other button end it.
+using StayAct = std::function<void(DialogModel& model, int button)>;
+Pressed ShowMBStay(const Desk& desk, const Box& box, Controls& controls, const StayAct& act);
 
 // A message with OK. Ctrl+C copies it.
 Pressed ShowMsg(const Desk& desk, std::string_view message, std::string_view title = {}, std::string_view options = {});

@@ -127,6 +127,9 @@ DialogModel TwoListScreen::Model() {
     box.helpId = plan_.helpId;
     box.message = plan_.listName.empty() ? plan_.message : "Select from " + plan_.listName;
     if (!plan_.listName.empty() && !plan_.message.empty()) box.message += "\r" + plan_.message;
+    std::string hint = LongTextHint(startLeft_.texts);
+    if (hint.empty()) hint = LongTextHint(startRight_.texts);
+    if (!hint.empty()) box.message += (box.message.empty() ? "" : "\r") + hint;
     box.options = option::MaxBpl(4);
     box.buttons.clear();
     for (const Act& act : MainActs()) {

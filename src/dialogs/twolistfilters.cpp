@@ -81,7 +81,7 @@ void TwoListScreen::RemoveRules(std::vector<int> selected, std::vector<MoveRule>
 }
 
 void TwoListScreen::ApplyFilters() {
-    enum Button { kApply = 1, kNew, kRemove, kCancel };
+    enum Button { kApply = 1, kNew, kRemove };
     std::vector<MoveRule> listed = rules_;
     Controls controls;
     const int number = MBAddCtl("ListBox", "", MBSpec(kRulesSpec), controls, RuleRows(listed));
@@ -91,29 +91,23 @@ void TwoListScreen::ApplyFilters() {
     box.title = plan_.title;
     box.message = "The rules are applied from the top, the first one that fits counts.";
     box.buttons = "&Apply|&New|R&emove|&Cancel";
-    DialogModel model = BuildModel(desk_, box, std::move(controls));
-    model.options.stays = true;
-    Control& list = model.controls[number];
-    int button = 0;
-    {
-        const std::unique_ptr<DialogWindow> window = desk_.host.Open(model);
-        while ((button = window->Run()) == kNew || button == kRemove) {
-            MoveRule rule;
-            if (button == kRemove && list.Selected().empty()) {
-                ShowMsg(desk_, "Select a rule and press Remove again.", plan_.title);
-            } else if (button == kRemove) {
-                RemoveRules(list.Selected(), listed);
-            } else if (NewRule(rule)) {
-                listed.push_back(rule);
-                rules_.push_back(std::move(rule));
-                rulesChanged_ = changed_ = true;
-            }
-            list.rows = RuleRows(listed);
-            list.Select({});
-            window->Update();
+    box.options = option::NoHide("2|3", true, true);
+    const auto change = [&](DialogModel& model, int button) {
+        Control& list = model.controls[number];
+        MoveRule rule;
+        if (button == kRemove && list.Selected().empty()) {
+            ShowMsg(desk_, "Select a rule and press Remove again.", plan_.title);
+        } else if (button == kRemove) {
+            RemoveRules(list.Selected(), listed);
+        } else if (button == kNew && NewRule(rule)) {
+            listed.push_back(rule);
+            rules_.push_back(std::move(rule));
+            rulesChanged_ = changed_ = true;
         }
-    }
-    if (button == kCancel) return;
+        list.rows = RuleRows(listed);
+        list.Select({});
+    };
+    if (ShowMBStay(desk_, box, controls, change).button != kApply) return;
     const auto moved = static_cast<double>(Apply(listed));
     ShowMsg(desk_, core::CountText(moved) + " " + plan_.item + "(s) moved.", plan_.title);
 }

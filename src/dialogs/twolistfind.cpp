@@ -36,23 +36,22 @@ std::vector<std::string> TwoListScreen::ChosenFound(Rows results) {
     box.title = plan_.title;
     box.message = "Find in all groups. Any of " + plan_.item + "s with word: " + Word();
     box.buttons = "&OK|R&emove from these results|&Cancel";
-    DialogModel model = BuildModel(desk_, box, std::move(controls));
-    model.options.stays = true;
-    Control& list = model.controls[grid];
-    const std::unique_ptr<DialogWindow> window = desk_.host.Open(model);
-    int button = 0;
-    while ((button = window->Run()) == 2) {
+    box.options = option::NoHide("2", true, true);
+    const auto remove = [&](DialogModel& model, int button) {
+        if (button == 0) return;
+        Control& list = model.controls[grid];
         const std::vector<int> selected = list.Selected();
         if (selected.empty()) {
             ShowMsg(desk_, "Select a " + plan_.item + " and press Remove from these results again.", plan_.title);
-        } else {
-            list.rows.erase(list.rows.begin() + 1 + selected.front());
-            list.Select({std::min(selected.front(), static_cast<int>(list.rows.size()) - 2)});
+            return;
         }
-        window->Update();
-    }
+        list.rows.erase(list.rows.begin() + 1 + selected.front());
+        list.Select({std::min(selected.front(), static_cast<int>(list.rows.size()) - 2)});
+    };
+    const int button = ShowMBStay(desk_, box, controls, remove).button;
+    const Rows& left = controls[grid].rows;
     std::vector<std::string> texts;
-    for (std::size_t i = 1; button == 1 && i < list.rows.size(); ++i) texts.push_back(list.rows[i][1]);
+    for (std::size_t i = 1; button == 1 && i < left.size(); ++i) texts.push_back(left[i][1]);
     return texts;
 }
 

@@ -26,6 +26,8 @@ TEST(CheckEntry, TheFirstRuleThatFailsIsTold) {
         {"+", "0.1", ""},
         {"<100", "99.9", ""},
         {"<100", "100", "Must be Less Than 100"},
+        {"<100", "1,200", "Must be Less Than 100"},
+        {"<1,000", "999", ""},
         {"<100", "many", "Must be Less Than 100"},
         {"<100", "", ""},
         {"N|+|<100", "-3", "Must be Positive"},
@@ -47,6 +49,9 @@ TEST(CheckEntry, TheFirstRuleThatFailsIsTold) {
         SCOPED_TRACE(std::string(c.rules) + " / " + c.value);
         EXPECT_EQ(CheckEntry(c.rules, c.value), c.problem);
     }
+    EXPECT_EQ(dialogs::KeptEntry("{S|;}|+", "$1,200.5"), "1200.5");
+    EXPECT_EQ(dialogs::KeptEntry("{S|;}", "1,200"), "1,200");
+    EXPECT_EQ(dialogs::KeptEntry("<5", "a, b"), "a, b");
 }
 
 TEST(CheckEntry, PathsAreNativeOnes) {

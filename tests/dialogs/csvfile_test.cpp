@@ -85,13 +85,14 @@ TEST(TableArrayBounds, GrowToWhatIsPut) {
 }
 
 TEST_F(CsvFile, WritesCellsInBothModes) {
-    const TableArray table = Table({{"a\"b,c", std::nullopt, "plain"}, {"x\r\ny", "=1+1"}});
-    EXPECT_EQ(Saved(table), "\"a\"\"b,c\",,plain\r\nx  y,=1+1,\r\n");
-    EXPECT_EQ(Saved(table, {.quoted = false}), "\"a&34#b,c\",,plain\r\nx  y,=1+1,\r\n");
+    const TableArray table = Table({{"a\"b,c", std::nullopt, "plain"}, {"x\r\ny", "=1+1", "-1.5"}});
+    EXPECT_EQ(Saved(table), "\"a\"\"b,c\",,plain\r\nx  y,=1+1,-1.5\r\n");
+    EXPECT_EQ(Saved(table, {.quoted = false}), "\"a&34#b,c\",,plain\r\nx  y,=1+1,-1.5\r\n");
     EXPECT_EQ(Saved(table, {.delimiter = ';', .guard = CsvGuard::Spreadsheet}),
-              "\"a\"\"b,c\";;plain\r\nx  y;'=1+1;\r\n");
-    EXPECT_EQ(Saved(table, {.firstRow = 1, .keepLineEnds = true}), "\"x\r\ny\",=1+1,\r\n");
-    EXPECT_EQ(Saved(table, {.firstRow = 1, .firstCol = 1, .header = "head\n", .trailer = "end"}), "head\n=1+1,\r\nend");
+              "\"a\"\"b,c\";;plain\r\nx  y;'=1+1;-1.5\r\n");
+    EXPECT_EQ(Saved(table, {.firstRow = 1, .keepLineEnds = true}), "\"x\r\ny\",=1+1,-1.5\r\n");
+    EXPECT_EQ(Saved(table, {.firstRow = 1, .firstCol = 1, .header = "head\n", .trailer = "end"}),
+              "head\n=1+1,-1.5\r\nend");
     EXPECT_EQ(Saved(TableArray(1, 1), {.header = "h"}), "h");
 }
 
@@ -112,9 +113,12 @@ TEST_F(CsvFile, SkipsToTheStartText) {
 }
 
 TEST_F(CsvFile, KeepsRowsWithKeysInTheRange) {
-    const std::string numbers = "a,9\nb,10\nc,11\nd,100\n";
+    const std::string numbers = "key,n\na,9\nb,10\nc,11\nd,100\n";
     EXPECT_EQ(Read(numbers, {.keyColumn = 1, .from = "10", .to = "11"}), "[b][10]\n[c][11]\n");
     EXPECT_EQ(Read(numbers, {.keyColumn = 1, .from = "11"}), "[c][11]\n[d][100]\n");
+    EXPECT_EQ(Read(numbers, {.keyColumn = 1, .to = "9"}), "[a][9]\n");  // "n" is no number
+    EXPECT_EQ(Read("\"1,200\"\nx\n", {.keyColumn = 0, .from = "1,000"}), "[1,200]\n");
+    EXPECT_EQ(Read("a\n", {.keyColumn = 0}), "[a]\n");
     EXPECT_EQ(Read("date,1\n31 Dec 2008,2\n2009-01-01,3\n", {.keyColumn = 0, .from = "2008-12-31", .to = "2008-12-31"}),
               "[31 Dec 2008][2]\n");
     EXPECT_EQ(Read("Apple\nbean\nCorn\n", {.keyColumn = 0, .from = "B", .to = "c"}), "[bean]\n");
@@ -142,24 +146,38 @@ TEST_F(CsvFile, AsksBeforeAFileGoes) {
     EXPECT_FALSE(SaveCSV(desk, "/dev/full", Table({{"x"}}), {.existsAction = 'A'}));
 }
 
-TEST_F(CsvFile, AFullDiskOrAStopLeavesNothingBehind) {
+TEST_F(CsvFile, AFullDiskOrAStopLeavesEverythingAsItWas) {
     const TableArray big = Table(std::vector<std::vector<TableArray::Cell>>(20000, {std::string(20, 'x')}));
-    {
-        const FullDisk full(100000);
-        const CsvSaved saved = SaveCSV(desk, folder.File("a.csv"), big);
+    folder.Write("old.csv", "old");
+    folder.Write("empty.csv", "");
+    const auto failed = [&](const char* name, char existsAction) {
+        const CsvSaved saved = SaveCSV(desk, folder.File(name), big, {.existsAction = existsAction});
         EXPECT_FALSE(saved);
         EXPECT_TRUE(saved.opened);
         EXPECT_NE(saved.error, "");
-        EXPECT_EQ(folder.Count(), 0u);
-        folder.Write("log.csv", "kept\r\n");
-        EXPECT_FALSE(SaveCSV(desk, folder.File("log.csv"), big, {.existsAction = 'A'}));
+        return saved.stopped;
+    };
+    const struct {
+        const char* name;
+        char existsAction;
+    } cases[] = {{"old.csv", 'W'},   {"old.csv", 'D'}, {"old.csv", 'A'},
+                 {"empty.csv", 'A'}, {"new.csv", 'W'}, {"new.csv", 'A'}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + " " + c.existsAction);
+        if (c.existsAction == 'W' && folder.Read(c.name) == "old") user.WillPressOk(), user.WillPressOk();
+        {
+            const FullDisk full(100000);
+            EXPECT_FALSE(failed(c.name, c.existsAction));
+        }
+        progress.stopAtStep = progress.steps + 15000;
+        EXPECT_TRUE(failed(c.name, c.existsAction));
+        progress.stopAtStep = 0;
+        EXPECT_EQ(folder.Count(), 2u);
+        EXPECT_EQ(folder.Read("old.csv"), "old");
+        EXPECT_EQ(folder.Read("empty.csv"), "");
     }
-    EXPECT_EQ(folder.Read("log.csv"), "kept\r\n");
-    progress.stopAtStep = progress.steps + 15000;
-    const CsvSaved stopped = SaveCSV(desk, folder.File("a.csv"), big);
-    EXPECT_FALSE(stopped);
-    EXPECT_TRUE(stopped.stopped);
-    EXPECT_EQ(folder.Count(), 1u);
+    EXPECT_THROW(SaveCSV(desk, folder.File("old.csv"), big, {.firstRow = -1, .existsAction = 'A'}), core::ErrorNumber);
+    EXPECT_EQ(folder.Read("old.csv"), "old");
     progress.stopAtStep = progress.steps + 2;
     const CsvRead read = ReadCSV(desk, folder.Write("r.csv", "1\n2\n3\n"));
     EXPECT_TRUE(read.stopped);

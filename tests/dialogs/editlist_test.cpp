@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/inistore.h"
+#include "dialogs/gridops.h"
 #include "tests/support/fakes.h"
 #include "tests/support/scriptedhost.h"
 
@@ -170,16 +171,19 @@ TEST_F(EditListTest, EditGridPartsTypedLinesAndEditsCellByCell) {
 }
 
 TEST_F(EditListTest, LongTextsAreCutOnTheScreenAlone) {
-    const Items items{std::string(100000, 'x')};
+    const Items items{std::string(100000, 'x'), "two\rlines"};
+    Press("Edit group", {0});
+    host.WillPress("OK", [](DialogModel& model) { EXPECT_GT(model.controls[1].spec.Height(), 1000); });
+    Press("Edit group", {1});
+    host.WillPress("Cancel", [](DialogModel& model) { EXPECT_GT(model.controls[1].spec.Height(), 1000); });
     host.WillPress("OK", [](DialogModel& model) {
-        EXPECT_LT(model.controls[1].rows[0][0].size(), 5000u);
+        EXPECT_LE(model.controls[1].rows[0][0].size(), kMostInCell);
         EXPECT_TRUE(model.controls[1].rows[0][0].ends_with("[TEXT TRUNCATED] ..."));
+        EXPECT_TRUE(model.message.ends_with("\rSelect item and press Ctrl+Z to view the whole message."));
     });
-    EXPECT_EQ(EditList(desk, screen, items).items, items);
-    Press("View Whole", {0});
-    host.WillPress("Cancel");
-    host.WillPress("OK");
-    EXPECT_EQ(EditList(desk, screen, items).items, items);
+    const EditedList edited = EditList(desk, screen, items);
+    EXPECT_FALSE(edited.changed);
+    EXPECT_EQ(edited.items, items);
 }
 
 }  // namespace

@@ -97,12 +97,12 @@ struct GridSave : testing::Test {
     testsupport::ScriptedHost host{};
     core::IniStore ini{user};
     core::Paths paths{folder.Path(), "/nowhere"};
-    Desk desk{ini, host};
+    Desk desk{.ini = ini, .host = host, .screens = folder.File("screens.ini")};
     FileDesk files{user, progress, paths};
     Rows rows{{"Term", "n"}, {"=a", "1"}, {"b,c", "2"}};
 };
 
-TEST_F(GridSave, SavesCellsWithTheGuardOn) {
+TEST_F(GridSave, SavesCellsGuardedUnlessTheProgramOptionIsOff) {
     WillSave("a.csv");  // no folder
     WillSave(folder.File("none/a.csv"));
     WillSave(folder.File("a.csv"));
@@ -118,6 +118,12 @@ TEST_F(GridSave, SavesCellsWithTheGuardOn) {
     EXPECT_TRUE(Save({.rows = rows, .selected = CellRange{1, 1, 2, 1}, .folder = folder.Path()}));
     EXPECT_EQ(folder.Read("b.csv"), "1\r\n2\r\n");
     EXPECT_EQ(host.open, 0);
+
+    ASSERT_TRUE(ini.IniPutBool("Parm", "CSVSafe", false, desk.screens));
+    WillSave("c.csv");
+    host.WillPress("OK");
+    EXPECT_TRUE(Save({.rows = rows, .folder = folder.Path()}));
+    EXPECT_EQ(folder.Read("c.csv"), "Term,n\r\n=a,1\r\n\"b,c\",2\r\n");
 }
 
 TEST_F(GridSave, SavesCharactersAndSortedLines) {

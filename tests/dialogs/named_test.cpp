@@ -84,7 +84,7 @@ TEST(NamedDialog, IsFilledWithDefaultsAndKeptValues) {
 TEST(NamedDialog, StoresWhatWasEnteredUnlessCancelled) {
     Named at("[Other]\r\nDates=2007-01-01\r\n");
     const auto enter = [](DialogModel& model) {
-        model.controls[2].value = "7";
+        model.controls[2].value = "$7";  // kept as a plain number
         model.controls[3].value = "False";
         model.controls[4].value = "-1|a|b";
         model.controls[5].Select({1});

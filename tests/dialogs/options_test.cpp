@@ -88,12 +88,6 @@ TEST(ParseOptions, ReadsWhatTheBuildersWrite) {
     EXPECT_EQ(option::Esc(2) + option::TopLeft(1, 2), "Esc=2|{Top, left of form=1|2}|");
 }
 
-TEST(ParseOptions, NoHideWithoutButtonsNamesAll) {
-    EXPECT_TRUE(ParseOptions(option::NoHide("", true, true)).Stays(7));
-    EXPECT_TRUE(ParseOptions("NoHide").Stays(7));
-    EXPECT_FALSE(ParseOptions("NoHide=2").Stays(7));
-}
-
 TEST(ParseOptions, TheKeyOfASuppressedMessageMayStandInTheNextItem) {
     const DialogOptions parsed = ParseOptions("No show|TextBold|48");
     EXPECT_EQ(parsed.noShowKey, "TextBold");

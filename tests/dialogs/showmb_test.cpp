@@ -169,15 +169,6 @@ TEST(ShowMB, WhateverStandsInTheDataIsNoPartOfTheDialog) {
     }
 }
 
-TEST(ShowMB, ValuesComeBackWhateverTheButton) {
-    TestDesk at;
-    Controls controls;
-    MBAddCtl("TextBox", "before", "", controls);
-    at.host.WillPress("Cancel", [](DialogModel& model) { model.controls[1].value = "typed"; });
-    ShowMB(at.desk, BoxWith("1"), controls);
-    EXPECT_EQ(controls[1].value, "typed");
-}
-
 TEST(ShowMB, ControlsSurviveAHostThatFails) {
     TestDesk at;
     Controls controls;
@@ -265,6 +256,31 @@ TEST(ShowMBRepeat, CancelRunsNoCheckAndLeavesTheValues) {
     EXPECT_EQ(controls[2].value, "True");
 }
 
+TEST(ShowMBStay, GoesOnUntilAButtonThatDoesNotStay) {
+    for (const char* options : {"{NoHide=1}", "NoHide"}) {
+        SCOPED_TRACE(options);
+        TestDesk at;
+        Controls controls;
+        MBAddCtl("TextBox", "", dialogs::MBSpec("100|||||||True"), controls);
+        at.host.WillPress("More", [](DialogModel& model) { EXPECT_EQ(model.message, "0"); });
+        at.host.WillPress("Cancel", [](DialogModel& model) {
+            EXPECT_EQ(model.message, "1");
+            EXPECT_EQ(model.controls[1].spec.At(8), "");  // shown at the start alone
+            model.controls[1].value = "typed";
+        });
+        const auto act = [](DialogModel& model, int button) { model.message = std::to_string(button); };
+        EXPECT_TRUE(ShowMBStay(at.desk, BoxWith("&More|&Cancel", options), controls, act).Cancelled());
+        EXPECT_EQ(controls[1].value, "typed");
+        EXPECT_EQ(at.host.opened, 1);
+        // Without anybody to act the dialog goes, ready to be shown again.
+        controls[1].spec.Set(8, "True");
+        at.host.WillPress("More");
+        EXPECT_EQ(ShowMB(at.desk, BoxWith("&More|&Cancel", options), controls).button, 1);
+        EXPECT_EQ(controls[1].spec.At(8), "");
+        EXPECT_EQ(at.host.open, 0);
+    }
+}
+
 TEST(AskText, CancelGivesNoText) {
     TestDesk at;
     at.host.WillPress("OK", [](DialogModel& model) {
@@ -327,24 +343,6 @@ TEST(DialogUser, PutsTheQuestionsOfTheEngine) {
     EXPECT_EQ(answer.cancelButton, kNoCancel);
 }
 
-TEST(MovedOrder, AllSelectedRowsMoveInOneStep) {
-    const struct {
-        std::vector<int> selected;
-        dialogs::Move move;
-        std::vector<int> order, after;
-    } cases[] = {
-        {{1, 2}, dialogs::Move::Up, {1, 2, 0, 3}, {0, 1}},   {{0, 2}, dialogs::Move::Down, {1, 0, 3, 2}, {1, 3}},
-        {{0, 2}, dialogs::Move::Up, {0, 1, 2, 3}, {0, 2}},  // at the edge
-        {{1, 3}, dialogs::Move::Down, {0, 1, 2, 3}, {1, 3}}, {{}, dialogs::Move::Down, {0, 1, 2, 3}, {}},
-        {{4}, dialogs::Move::Up, {0, 1, 2, 3}, {4}},  // outside
-    };
-    for (const auto& c : cases) {
-        std::vector<int> selected = c.selected;
-        EXPECT_EQ(dialogs::MovedOrder(4, selected, c.move), c.order);
-        EXPECT_EQ(selected, c.after);
-    }
-}
-
 TEST(ShowSequence, GivesTheNewOrderOrNothing) {
     TestDesk at;
     const std::vector<std::string> list{"a|b", "", "{c}"};
@@ -384,12 +382,37 @@ TEST(ShowLong, PagesHoldTheWholeText) {
     at.host.WillPress("Last >>", isAt(true, true));
     at.host.WillPress("< Prev", isAt(true, false));
     at.host.WillPress("OK", isAt(true, true));
-    ShowLong(at.desk, text, "Log", 1234);
-    EXPECT_EQ(at.host.shown[0].message, "Page 1 of 6. 1,234 checked. ");
-    EXPECT_EQ(at.host.shown[3].message, "Page 5 of 6. 1,234 checked. ");
+    ShowLong(at.desk, text, "Log");
+    EXPECT_EQ(at.host.shown[0].message, "Page 1 of 6.");
+    EXPECT_EQ(at.host.shown[3].message, "Page 5 of 6.");
     at.host.WillPress("OK");
-    ShowLong(at.desk, "", "", 0);
-    EXPECT_EQ(at.host.shown.back().message, "Page 1 of 1. none checked. ");
+    ShowLong(at.desk, "");
+    EXPECT_EQ(at.host.shown.back().message, "Page 1 of 1.");
+}
+
+TEST(ShowLongChecks, TicksOfAllPagesComeBackUnlessCancelled) {
+    TestDesk at;
+    std::vector<dialogs::LongCheck> checks(45);
+    for (std::size_t i = 0; i < checks.size(); ++i) checks[i].caption = "R&D|" + std::to_string(i);
+    const auto tick = [](int number) { return [=](DialogModel& model) { model.controls[number].value = "True"; }; };
+    const auto show = [&] { return ShowLongChecks(at.desk, "Which?", checks); };
+    at.host.WillPress("Next >", tick(20));
+    at.host.WillPress("Cancel", tick(1));
+    EXPECT_FALSE(show());
+    EXPECT_FALSE(checks[19].checked || checks[20].checked);
+    at.host.WillPress("Last >>", tick(20));
+    at.host.WillPress("OK", [](DialogModel& model) {
+        EXPECT_EQ(dialogs::PlainCaption(model.controls[5].caption), "R&D|44");
+        EXPECT_EQ(model.controls.Count(), 5);
+        model.controls[5].value = "True";
+    });
+    EXPECT_TRUE(show());
+    EXPECT_TRUE(checks[19].checked && checks[44].checked && !checks[24].checked);
+    EXPECT_EQ(at.host.shown[2].message, "Which?\rPage 1 of 3. none checked. ");
+    EXPECT_EQ(at.host.shown[3].message, "Which?\rPage 3 of 3. 1 checked. ");
+    checks.clear();
+    at.host.WillPress("OK");
+    EXPECT_TRUE(show());
 }
 
 }  // namespace

@@ -189,7 +189,9 @@ TEST_F(TwoListTest, MovesToANewGroupAndRefusesItsBadNames) {
     };
     Press("Move --> Other List", Side::Right, {1});
     host.WillPress("New Group");
-    for (const char* name : {"a|b", "ends.", "SplitEntry.x", "hats", "groups"}) host.WillPress("OK", bad(name));
+    ASSERT_TRUE(ini.IniPut("STgrps", "Limit", "5", plan.groups.file));  // no group may take its place
+    for (const char* name : {"a|b", "ends.", "SplitEntry.x", "hats", "groups", "limit"})
+        host.WillPress("OK", bad(name));
     Type("Odd & ends");
     host.WillPress("OK", [](DialogModel& model) { EXPECT_EQ(model.controls[1].Selected(), std::vector<int>{1}); });
     Ok();
@@ -197,7 +199,7 @@ TEST_F(TwoListTest, MovesToANewGroupAndRefusesItsBadNames) {
     EXPECT_EQ(Run({}, {"boot", "a|b"}).right.texts, Items{"boot"});
     EXPECT_EQ(host.shown[first].problem, "Problem with data entered: The following characters are not allowed: |");
     EXPECT_EQ(host.shown[first + 1].problem, "Problem with data entered: The Last character must by a-z or 0-9");
-    for (std::size_t i = first + 2; i < first + 5; ++i) EXPECT_NE(host.shown[i].problem, "");
+    for (std::size_t i = first + 2; i < first + 6; ++i) EXPECT_NE(host.shown[i].problem, "");
     EXPECT_EQ(Members("Odd & ends"), Items{"a|b"});
     EXPECT_EQ(Members("Shoes"), Items{"boot"});
 }

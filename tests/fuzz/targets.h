@@ -34,6 +34,7 @@ int RunEngines(const std::uint8_t* data, std::size_t size);     // definition, r
 int RunNames(const std::uint8_t* data, std::size_t size);       // a page name, URL or term
 int RunRules(const std::uint8_t* data, std::size_t size);       // pattern, value
 int RunCsv(const std::uint8_t* data, std::size_t size);         // a line, or cells by line
+int RunDialogs(const std::uint8_t* data, std::size_t size);     // a value, then a spec, option, button or rule list
 int RunTableDef(const std::uint8_t* data, std::size_t size);    // a table definition file
 int RunReader(const std::uint8_t* data, std::size_t size);      // a log; "~" and a digit repeat the byte before it
 int RunSite(const std::uint8_t* data, std::size_t size);        // options, then a log
@@ -43,17 +44,12 @@ struct Target {
     int (*run)(const std::uint8_t*, std::size_t);
 };
 inline constexpr std::array kTargets{
-    Target{"formatline", RunFormatLine},
-    Target{"numbers", RunNumbers},
-    Target{"lists", RunLists},
-    Target{"ini", RunIni},
-    Target{"engines", RunEngines},
-    Target{"names", RunNames},
-    Target{"rules", RunRules},
-    Target{"csv", RunCsv},
-    Target{"tabledef", RunTableDef},
-    Target{"reader", RunReader},
-    Target{"site", RunSite},
+    Target{"formatline", RunFormatLine}, Target{"numbers", RunNumbers},
+    Target{"lists", RunLists},           Target{"ini", RunIni},
+    Target{"engines", RunEngines},       Target{"names", RunNames},
+    Target{"rules", RunRules},           Target{"csv", RunCsv},
+    Target{"dialogs", RunDialogs},       Target{"tabledef", RunTableDef},
+    Target{"reader", RunReader},         Target{"site", RunSite},
 };
 
 }  // namespace fuzz
