@@ -76,8 +76,8 @@ def ids_in_use(root):
     """Every help id that the program asks for, with the place that does."""
     menu = root / "src/shell/menu.h"
     if menu.exists():
-        for control in re.findall(r'\.?control = "fMn[uU]_(\w+)"|MenuHead\{"fMnu_(\w+)"', menu.read_text()):
-            yield control[0] or control[1], "menu.h"
+        for control in re.findall(r'"fMn[uU]_(\w+)", "', menu.read_text()):
+            yield control, "menu.h"
     for file in sorted(root.glob("src/*/*.cpp")):
         for key in re.findall(r'\bhelpId = "(\w+)"', file.read_text(encoding="utf-8")):
             yield key, file.name

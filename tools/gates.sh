@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 build=${CORVANE_BUILD:-build/gates}
 seed=${CORVANE_GATE_SEED:-1}
 gates=("$@")
-[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g12 g13 g14 fuzz)
+[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g12 g13 g14 sites fuzz)
 
 tools/build.sh "$build" -DCORVANE_TESTS=ON -DCORVANE_BENCH=OFF
 injector=$(find "$build" -name libfaultinjector.so -print -quit)
@@ -20,6 +20,10 @@ for gate in "${gates[@]}"; do
   fi
   if [ "$gate" = g14 ]; then
     python3 -B tests/gates/second.py --size whole --cli "$build/bin/corvane-cli" --desktop "$build/bin/corvane" || status=1
+    continue
+  fi
+  if [ "$gate" = sites ]; then
+    python3 -B tests/gates/sitekills.py --size whole --cli "$build/bin/corvane-cli" --injector "$injector" || status=1
     continue
   fi
   python3 -B tests/gates/gates.py "$gate" --size whole --seed "$seed" --driver "$build/bin/gatedriver" --injector "$injector" \

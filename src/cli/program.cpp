@@ -3,6 +3,7 @@
 #include "cli/output.h"
 #include "cli/suggest.h"
 #include "core/errlog.h"
+#include "sitedb/sitefolder.h"
 
 namespace cli {
 namespace {
@@ -49,7 +50,8 @@ std::unique_ptr<sitedb::Site> Program::OpenSite() {
 sitedb::SitePaths Program::SiteFiles() {
     const std::string folder = SiteFolder();
     sitedb::SitePaths paths = sitedb::Site_Paths(folder);
-    if (!core::Exists(paths.dbdef)) throw Failure("No site database in this folder: " + folder);
+    if (const core::Result usable = sitedb::CheckSiteFolder(folder, Session().Paths()); !usable)
+        throw Failure(usable.error);
     sitedb::SetSectionFiles(Ini(), Session().Paths(), paths);
     core::FileLock lock;
     if (!lock.Lock(paths.lock).taken) TellUnfinished(Ini().IniGet("Main", kMarkKey, paths.lastVals));

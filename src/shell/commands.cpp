@@ -1,7 +1,9 @@
 #include "shell/commands.h"
 
 #include <array>
+#include <ranges>
 
+#include "core/errlog.h"
 #include "core/inistore.h"
 #include "core/text.h"
 #include "dialogs/named.h"
@@ -13,6 +15,17 @@ namespace {
 
 constexpr std::string_view kParm = "Parm";
 constexpr std::string_view kSuppressed = "Suppressed";  // section of screens.ini with the messages that were put off
+
+// The newest first, each as it was shown; an owner sends them to whoever can help.
+std::string RecordedFailures(const core::EventLog& events) {
+    const std::string tail = events.Tail();
+    const std::vector<core::EventRecord> records = core::ReadEventRecords(tail);
+    if (records.empty()) return core::fReplace(tail, "\r\n", "\r");
+    std::string text;
+    for (const core::EventRecord& record : std::views::reverse(records))
+        text += record.caption + "\r" + record.message + "\r\r";
+    return text;
+}
 
 }  // namespace
 
@@ -177,15 +190,18 @@ void Commands::HelpAgain() { Help(lastHelp_.page.empty() ? HelpPlace{std::string
 
 void Commands::About() {
     const core::Paths& paths = at_.session.Paths();
-    dialogs::ShowMsg(at_.desk,
-                     at_.desk.product + " " + at_.version +
-                         "\rReads the logs of your web server and reports what visitors searched for and looked at."
-                         "\r\rShared Parameters from Directory: " +
-                         paths.Home() + "/param\rDelivered files: " + paths.Shared() +
-                         "\rSite databases: " + paths.Home() +
-                         "/sites\r\rFree software under the GNU General Public License, version 3 or later. It comes "
-                         "without any warranty.",
-                     "- About");
+    const std::string program = at_.desk.product + " " + at_.version;
+    dialogs::Box box;
+    box.message = program +
+                  "\rReads the logs of your web server and reports what visitors searched for and looked at."
+                  "\r\rShared Parameters from Directory: " +
+                  paths.Home() + "/param\rDelivered files: " + paths.Shared() + "\rSite databases: " + paths.Home() +
+                  "/sites\r\rFree software under the GNU General Public License, version 3 or later. It comes "
+                  "without any warranty.";
+    box.title = "- About";
+    box.options = dialogs::option::Esc(1);
+    box.details = program + "\rRecorded failures:\r\r" + RecordedFailures(at_.session.Env().events);
+    dialogs::ShowMB(at_.desk, box);
 }
 
 }  // namespace shell

@@ -70,64 +70,83 @@ struct MenuRow {
     constexpr char Menu() const { return HelpId().front(); }
     constexpr bool Works() const { return lack.empty(); }
 };
-// clang-format off
-inline constexpr std::array kMenuRows{
-    MenuRow{.control = "fMnu_FW", .caption = "Add ne&w raw log data", .command = Command::AddLogData, .shortcut = "Ctrl+L"},
-    MenuRow{.control = "fMnu_FL", .caption = "&List raw log data added", .lack = kNoAddLog},
-    MenuRow{.control = "fMnu_FM", .caption = "Define Log For&mats", .lack = kNoFormats, .lineAbove = true},
-    MenuRow{.control = "fMnu_FG", .caption = "Define Search En&gine Referrer strings", .lack = kNoEngines},
-    MenuRow{.control = "fMnu_FS", .caption = "&Select site database", .command = Command::SelectSite, .lineAbove = true, .shortcut = "Ctrl+O"},
-    MenuRow{.control = "fMnu_FD", .caption = "Add new site &database", .command = Command::NewSite, .shortcut = "Ctrl+N"},
-    MenuRow{.control = "fMnu_FX", .caption = "E&xit", .command = Command::Exit, .lineAbove = true, .shortcut = "Ctrl+Q"},
-    MenuRow{.control = "fMnu_ER", .caption = "&Report Options - Deviation Columns, Top Values.", .command = Command::ReportOptions, .shortcut = "Ctrl+R"},
-    MenuRow{.control = "fMnu_EG", .caption = "Report Options - Search Terms to include in each &Group [Report by Group ONLY]", .lack = kNoGroups},
-    MenuRow{.control = "fMnu_EO", .caption = "Program &Options", .command = Command::ProgramOptions, .lineAbove = true, .shortcut = "Ctrl+,"},
-    MenuRow{.control = "fMnu_SW", .caption = "Ne&w Analysis for Targets, Dates, Options, Groups Selected ", .lack = kNoReports},
-    MenuRow{.control = "fMnu_SN", .caption = "Select A&nalysed data (results for targets over date range)", .lack = kNoReports},
-    MenuRow{.control = "fMnu_SD", .caption = "Analysis Options - &Date range, Distribution Cols, Min Visitors", .command = Command::AnalysisOptions, .lineAbove = true, .shortcut = "Ctrl+D"},
-    MenuRow{.control = "fMnu_ST", .caption = "Analysis Options - &Targets to Analyse [Optional]", .lack = kNoTargets},
-    MenuRow{.control = "fMnu_SC", .caption = "Analysis Options - Advan&ced. Define Page, Memory Use", .command = Command::AdvancedOptions},
-    MenuRow{.control = "fMnu_SE", .caption = "Select Site Ar&ea [Optional]", .lack = kNoAreas, .lineAbove = true},
-    MenuRow{.control = "fMnu_RN", .caption = "Top Search E&ngine", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RC", .caption = "All Sear&ch Engines", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RT", .caption = "Top Search &Terms [KeyWords]", .lack = kNoReports, .lineAbove = true},
-    MenuRow{.control = "fMnu_RG", .caption = "&Grouped Search Terms [KeyWords]", .lack = kNoGroups},
-    MenuRow{.control = "fMnu_RA", .caption = "&All Search Terms [KeyWords]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RH", .caption = "Top P&hrases - 2 or more words - from Search Terms  [KeyWords]", .lack = kNoReports, .lineAbove = true},
-    MenuRow{.control = "fMnU_RW", .caption = "Top &Words n Phrases - up to 7 words - from Search Terms [KeyWords]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RD", .caption = "Top Single Wor&ds contained in Search Terms [single words from all KeyWords]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_R2", .caption = "Top &2-word Phrases from Search Terms [KeyWords]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_R3", .caption = "Top &3-word Phrases from Search Terms [KeyWords]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RM", .caption = "... &More Reports on Words n Phrases from Search Terms / KeyWords [Select Report]", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RS", .caption = "Top &Start Pages", .lack = kNoReports, .lineAbove = true},
-    MenuRow{.control = "fMnu_RP", .caption = "All Start &Pages", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RE", .caption = "Top &Exit Pages", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RX", .caption = "All E&xit Pages", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RV", .caption = "Top Pages &Visited", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RI", .caption = "All Pages V&isited", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RQ", .caption = "Popular Tracks - Top Page Se&quences visited", .lack = kNoReports, .lineAbove = true},
-    MenuRow{.control = "fMnu_RU", .caption = "All Tracks - All Page Seq&uences visited", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RO", .caption = "T&op Search Term + Start Page", .lack = kNoReports, .lineAbove = true},
-    MenuRow{.control = "fMnu_RL", .caption = "A&ll Search Term + Start Page", .lack = kNoReports},
-    MenuRow{.control = "fMnu_RR", .caption = "Search Terms for G&roup of selected line", .lack = kNoGroups, .lineAbove = true},
-    MenuRow{.control = "fMnu_VF", .caption = "Sort Results By Le&ft Column (data for selected report)", .lack = kNeedsReport},
-    MenuRow{.control = "fMnu_VV", .caption = "Sort Results By Total &Visitors", .lack = kNeedsReport},
-    MenuRow{.control = "fMnu_VY", .caption = "Sort Results By Count of Visitors who Sta&yed", .lack = kNeedsReport},
-    MenuRow{.control = "fMnu_VX", .caption = "Sort Results by Selected column [&x]", .lack = kNeedsReport},
-    MenuRow{.control = "fMnu_VP", .caption = "Date range to &Plot && Plot Options", .lack = kNoPlots, .lineAbove = true},
-    MenuRow{.control = "fMnu_VE", .caption = "R&emove left column from plot", .lack = kNoPlots},
-    MenuRow{.control = "fMnu_VS", .caption = "Re&store All plotted columns", .lack = kNoPlots},
-    MenuRow{.control = "fMnu_WC", .caption = "&Cascade", .command = Command::Cascade},
-    MenuRow{.control = "fMnu_WH", .caption = "Tile &Horizontal", .command = Command::TileHorizontal},
-    MenuRow{.control = "fMnu_WV", .caption = "Tile &Vertical", .command = Command::TileVertical},
-    MenuRow{.control = "fMnu_WF", .caption = "&Fill Screen", .command = Command::FillScreen, .lineAbove = true},
-    MenuRow{.control = "fMnu_HC", .caption = "&Contents", .command = Command::HelpContents, .shortcut = "F1"},
-    MenuRow{.control = "fMnu_HG", .caption = "&Getting Started", .command = Command::HelpStart},
-    MenuRow{.control = "fMnu_HL", .caption = "Help for &Last function", .command = Command::HelpLast, .shortcut = "Shift+F1"},
-    MenuRow{.control = "fMnu_HM", .caption = "Show Sa&me Help again", .command = Command::HelpAgain},
-    MenuRow{.control = "fMnu_HA", .caption = "&About", .command = Command::About, .lineAbove = true},
-};
-// clang-format on
+// A row of the table that does something, or tells why it does not; Group stands below a line.
+namespace menutable {
+consteval MenuRow Row(std::string_view control, std::string_view caption, Command command,
+                      std::string_view shortcut = "") {
+    return {.control = control, .caption = caption, .command = command, .shortcut = shortcut};
+}
+consteval MenuRow Row(std::string_view control, std::string_view caption, std::string_view lack) {
+    return {.control = control, .caption = caption, .lack = lack};
+}
+template <class... Rest>
+consteval MenuRow Group(Rest... rest) {
+    MenuRow row = Row(rest...);
+    row.lineAbove = true;
+    return row;
+}
+
+consteval auto Rows() {
+    using enum Command;
+    return std::array{
+        Row("fMnu_FW", "Add ne&w raw log data", AddLogData, "Ctrl+L"),
+        Row("fMnu_FL", "&List raw log data added", kNoAddLog),
+        Group("fMnu_FM", "Define Log For&mats", kNoFormats),
+        Row("fMnu_FG", "Define Search En&gine Referrer strings", kNoEngines),
+        Group("fMnu_FS", "&Select site database", SelectSite, "Ctrl+O"),
+        Row("fMnu_FD", "Add new site &database", NewSite, "Ctrl+N"),
+        Group("fMnu_FX", "E&xit", Exit, "Ctrl+Q"),
+        Row("fMnu_ER", "&Report Options - Deviation Columns, Top Values.", ReportOptions, "Ctrl+R"),
+        Row("fMnu_EG", "Report Options - Search Terms to include in each &Group [Report by Group ONLY]", kNoGroups),
+        Group("fMnu_EO", "Program &Options", ProgramOptions, "Ctrl+,"),
+        Row("fMnu_SW", "Ne&w Analysis for Targets, Dates, Options, Groups Selected ", kNoReports),
+        Row("fMnu_SN", "Select A&nalysed data (results for targets over date range)", kNoReports),
+        Group("fMnu_SD", "Analysis Options - &Date range, Distribution Cols, Min Visitors", AnalysisOptions, "Ctrl+D"),
+        Row("fMnu_ST", "Analysis Options - &Targets to Analyse [Optional]", kNoTargets),
+        Row("fMnu_SC", "Analysis Options - Advan&ced. Define Page, Memory Use", AdvancedOptions),
+        Group("fMnu_SE", "Select Site Ar&ea [Optional]", kNoAreas),
+        Row("fMnu_RN", "Top Search E&ngine", kNoReports),
+        Row("fMnu_RC", "All Sear&ch Engines", kNoReports),
+        Group("fMnu_RT", "Top Search &Terms [KeyWords]", kNoReports),
+        Row("fMnu_RG", "&Grouped Search Terms [KeyWords]", kNoGroups),
+        Row("fMnu_RA", "&All Search Terms [KeyWords]", kNoReports),
+        Group("fMnu_RH", "Top P&hrases - 2 or more words - from Search Terms  [KeyWords]", kNoReports),
+        Row("fMnU_RW", "Top &Words n Phrases - up to 7 words - from Search Terms [KeyWords]", kNoReports),
+        Row("fMnu_RD", "Top Single Wor&ds contained in Search Terms [single words from all KeyWords]", kNoReports),
+        Row("fMnu_R2", "Top &2-word Phrases from Search Terms [KeyWords]", kNoReports),
+        Row("fMnu_R3", "Top &3-word Phrases from Search Terms [KeyWords]", kNoReports),
+        Row("fMnu_RM", "... &More Reports on Words n Phrases from Search Terms / KeyWords [Select Report]", kNoReports),
+        Group("fMnu_RS", "Top &Start Pages", kNoReports),
+        Row("fMnu_RP", "All Start &Pages", kNoReports),
+        Row("fMnu_RE", "Top &Exit Pages", kNoReports),
+        Row("fMnu_RX", "All E&xit Pages", kNoReports),
+        Row("fMnu_RV", "Top Pages &Visited", kNoReports),
+        Row("fMnu_RI", "All Pages V&isited", kNoReports),
+        Group("fMnu_RQ", "Popular Tracks - Top Page Se&quences visited", kNoReports),
+        Row("fMnu_RU", "All Tracks - All Page Seq&uences visited", kNoReports),
+        Group("fMnu_RO", "T&op Search Term + Start Page", kNoReports),
+        Row("fMnu_RL", "A&ll Search Term + Start Page", kNoReports),
+        Group("fMnu_RR", "Search Terms for G&roup of selected line", kNoGroups),
+        Row("fMnu_VF", "Sort Results By Le&ft Column (data for selected report)", kNeedsReport),
+        Row("fMnu_VV", "Sort Results By Total &Visitors", kNeedsReport),
+        Row("fMnu_VY", "Sort Results By Count of Visitors who Sta&yed", kNeedsReport),
+        Row("fMnu_VX", "Sort Results by Selected column [&x]", kNeedsReport),
+        Group("fMnu_VP", "Date range to &Plot && Plot Options", kNoPlots),
+        Row("fMnu_VE", "R&emove left column from plot", kNoPlots),
+        Row("fMnu_VS", "Re&store All plotted columns", kNoPlots),
+        Row("fMnu_WC", "&Cascade", Cascade),
+        Row("fMnu_WH", "Tile &Horizontal", TileHorizontal),
+        Row("fMnu_WV", "Tile &Vertical", TileVertical),
+        Group("fMnu_WF", "&Fill Screen", FillScreen),
+        Row("fMnu_HC", "&Contents", HelpContents, "F1"),
+        Row("fMnu_HG", "&Getting Started", HelpStart),
+        Row("fMnu_HL", "Help for &Last function", HelpLast, "Shift+F1"),
+        Row("fMnu_HM", "Show Sa&me Help again", HelpAgain),
+        Group("fMnu_HA", "&About", About),
+    };
+}
+}  // namespace menutable
+inline constexpr std::array kMenuRows = menutable::Rows();
 
 constexpr const MenuRow* FindMenuRow(std::string_view control) {
     const auto* row = std::ranges::find(kMenuRows, control, &MenuRow::control);

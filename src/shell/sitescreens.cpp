@@ -4,7 +4,6 @@
 
 #include "core/inistore.h"
 #include "core/text.h"
-#include "dialogs/named.h"
 #include "shell/namedscreens.h"
 
 namespace shell {
@@ -144,8 +143,12 @@ void SiteScreens::Remove(const std::string& name, dialogs::DialogModel& model) {
     FillList(model);
 }
 
-sitedb::SiteOptions SiteScreens::EnteredOptions(const std::string& name) {
-    const auto on = [&](std::string_view key) { return desk_.ini.IniGetBool("NewDB", key, desk_.screens); };
+// What was entered counts, stored or not: some of it cannot change later.
+sitedb::SiteOptions SiteScreens::EnteredOptions(const std::string& name, dialogs::NamedDialog& dialog) {
+    const auto on = [&](std::string_view key) {
+        const int box = dialog.NumberOf(key);
+        return box != 0 ? dialog.Ctls()[box].Ticked() : desk_.ini.IniGetBool("NewDB", key, desk_.screens);
+    };
     sitedb::SiteOptions options;
     options.name = name;
     options.LastKeepVal = on("LastKeepVal");
@@ -157,7 +160,7 @@ sitedb::SiteOptions SiteScreens::EnteredOptions(const std::string& name) {
 }
 
 std::string SiteScreens::NewSite() {
-    desk_.ini.IniPut("NewDB", "CurrDB", current_.Name(), desk_.screens);
+    desk_.ini.IniPut("NewDB", "CurrDB", current_.Name(), desk_.screens, core::OnFail::Ignore);
     dialogs::NamedDialog dialog(desk_, {.dialog = "NewDB", .title = "- Enter Database Name."});
     const int nameBox = dialog.NumberOf("SiteName");
     if (TellDamaged(desk_, dialog, "NewDB", nameBox != 0)) return {};
@@ -167,7 +170,7 @@ std::string SiteScreens::NewSite() {
     });
     if (pressed.Cancelled()) return {};
     const std::string name = Trimmed(dialog.Ctls()[nameBox].value);
-    const core::Result made = current_.Create(EnteredOptions(name));
+    const core::Result made = current_.Create(EnteredOptions(name, dialog));
     if (made) return name;
     dialogs::ShowMsg(desk_, made.error);
     return {};

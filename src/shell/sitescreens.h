@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "dialogs/named.h"
 #include "dialogs/showmb.h"
 #include "shell/currentsite.h"
 
@@ -28,7 +29,7 @@ private:
     Step Choose(const std::string& name);
     void Remove(const std::string& name, dialogs::DialogModel& model);
     void FillList(dialogs::DialogModel& model) const;
-    sitedb::SiteOptions EnteredOptions(const std::string& name);
+    sitedb::SiteOptions EnteredOptions(const std::string& name, dialogs::NamedDialog& dialog);
 
     Session& session_;
     const dialogs::Desk& desk_;

@@ -23,9 +23,13 @@ public:
     bool MadeFirstSite() const { return madeFirst_; }
 
 private:
+    enum class Way { Retry, Select, Create, Exit };
+
     bool PrepareHome();
     bool FirstRun();
-    int AskRecovery(const std::string& why);
+    void EndFirstRun();
+    Way AskRecovery(const std::string& why);
+    Way AskTaken(const std::string& why);
     void CreateForRecovery();
 
     Session& session_;

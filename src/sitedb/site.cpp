@@ -91,18 +91,22 @@ std::unique_ptr<Site> Site::Site_Open(core::Env& env, const std::string& folder,
     std::unique_ptr<Site> site(new Site);
     site->paths_ = Site_Paths(folder);
     const SitePaths& paths = site->paths_;
+    if (!HasDatabase(paths.database)) {
+        failure = {MissingText(paths.database), false, true};
+        return nullptr;
+    }
+    const core::FileLock::Outcome lock = site->lock_.Lock(paths.lock);
+    if (lock.taken) {
+        failure = {std::string(kOtherCopy), true, false};
+        return nullptr;
+    }
     if (const std::string wrong = RecoverCompaction(paths.database); !wrong.empty()) {
         failure.error = wrong;
         return nullptr;
     }
-    if (!core::Exists(paths.database)) {
-        failure = {MissingText(paths.database), false, true};
-        return nullptr;
-    }
     site->readOnly_ = !CanWrite(paths);
-    const core::FileLock::Outcome lock = site->lock_.Lock(paths.lock);
-    if (!lock.ok && (lock.taken || !site->readOnly_)) {
-        failure = {lock.taken ? std::string(kOtherCopy) : lock.error, lock.taken, false};
+    if (!lock.ok && !site->readOnly_) {
+        failure.error = lock.error;
         return nullptr;
     }
     if (!site->readOnly_) core::RemoveStaleTemps(core::fPathOf(paths.dbdef));

@@ -51,6 +51,11 @@ std::string UserHome() {
 
 }  // namespace
 
+bool IsNameTaken(const std::string& path) {
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
 bool IsWithin(const std::string& path, const std::string& folder) { return RealWithin(Real(path), Real(folder)); }
 
 core::Result CheckSitePlace(const std::string& folder, const core::Paths& paths) {

@@ -19,6 +19,9 @@ core::Result CheckSitePlace(const std::string& folder, const core::Paths& paths)
 // The place is allowed and a site stands in it: param/dbdef.ini and data.
 core::Result CheckSiteFolder(const std::string& folder, const core::Paths& paths);
 
+// Something stands under this name, be it a link that leads nowhere.
+bool IsNameTaken(const std::string& path);
+
 // True when `path` is `folder` or lies below it, whatever links lead there.
 bool IsWithin(const std::string& path, const std::string& folder);
 

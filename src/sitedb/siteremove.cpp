@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 
@@ -8,6 +6,7 @@
 #include "core/fileio.h"
 #include "core/inistore.h"
 #include "core/paths.h"
+#include "core/text.h"
 #include "sitedb/sitefolder.h"
 #include "sitedb/sites.h"
 
@@ -17,11 +16,6 @@ namespace {
 
 constexpr std::string_view kAskNoMore = "NoAskDeleteAll";
 constexpr int kYes = 1;
-
-bool Stands(const std::string& path) {
-    struct stat info {};
-    return ::lstat(path.c_str(), &info) == 0;
-}
 
 core::Question FolderQuestion(const std::string& folder) {
     return {.id = "SiteRemoveFolder",
@@ -64,7 +58,9 @@ core::Result Sites::Unlist(const std::string& name) {
         core::CDSRemoveIni(env_.ini, {"Main", "DBNameLst", ListFile()}, name, {}, core::Case::Ignore);
     if (!removed.written || !removed.result.removed)
         return {false, "The site could not be taken off the list in " + ListFile() + ". Nothing was changed."};
-    env_.ini.IniEraseSection(name, ListFile(), core::OnFail::Ignore);
+    // A list that somebody wrote may name the section that holds it.
+    if (!core::fEquals(name, "Main", core::Case::Ignore))
+        env_.ini.IniEraseSection(name, ListFile(), core::OnFail::Ignore);
     return {};
 }
 
@@ -90,8 +86,8 @@ core::Result Sites::Recycle(const std::string& folder, std::string& movedTo) con
     while (bare.ends_with('/')) bare.pop_back();
     const std::string base = recycled + "/" + core::fNameOf(bare);
     std::string target = base;
-    for (int n = 1; Stands(target); ++n) target = base + "-" + std::to_string(n);
-    if (core::Result moved = core::FileRename(bare, target); !moved && !Stands(target)) return moved;
+    for (int n = 1; IsNameTaken(target); ++n) target = base + "-" + std::to_string(n);
+    if (core::Result moved = core::FileRename(bare, target); !moved && !IsNameTaken(target)) return moved;
     movedTo = target;
     return {};
 }
@@ -128,7 +124,7 @@ Sites::Removed Sites::Site_Remove(std::string_view name) {
 // The folder first: were the list first, a kill between the two would leave data that no list names.
 Sites::Recycled Sites::Sites_Recycle() {
     Recycled recycled;
-    std::string moved, kept;
+    std::string moved, kept, listed;
     for (const std::string& name : Names()) {
         const std::string folder = Folder(name);
         std::string movedTo;
@@ -138,7 +134,7 @@ Sites::Recycled Sites::Sites_Recycle() {
             moved += "\r" + name + " - " + core::fileio::Shown(folder);
         else
             kept += "\r" + name + " - " + done.error;
-        if (done) done = Unlist(name);
+        if (done && !(done = Unlist(name))) listed += "\r" + name;
         recycled.all = recycled.all && done;
     }
     if (Names().empty()) {  // as before the first start
@@ -147,6 +143,7 @@ Sites::Recycled Sites::Sites_Recycle() {
     }
     recycled.message = moved.empty() ? "No database was moved." : "Databases moved to recycle directory:\r" + moved;
     if (!kept.empty()) recycled.message += "\r\rNot moved:\r" + kept;
+    if (!listed.empty()) recycled.message += "\r\rMoved, but still in " + ListFile() + ":\r" + listed;
     return recycled;
 }
 

@@ -10,6 +10,7 @@
 #include "core/text.h"
 #include "core/utf8.h"
 #include "sitedb/sitefolder.h"
+#include "sitedb/storeerror.h"
 
 namespace sitedb {
 namespace {
@@ -90,7 +91,7 @@ std::string Sites::Site_Name() const {
 std::string Sites::FreeFolder(std::string_view name) const {
     const std::string base = paths_.Home() + "/sites/" + FolderName(name);
     std::string folder = base;
-    for (int i = 1; core::Exists(folder); ++i) folder = base + "-" + std::to_string(i);
+    for (int i = 1; IsNameTaken(folder); ++i) folder = base + "-" + std::to_string(i);
     return folder;
 }
 
@@ -139,7 +140,13 @@ core::Result Sites::FillFolder(const SitePaths& site, const SiteOptions& options
     if (done) done = core::MakeDir(site.folder + "/param/def");
     if (done) done = CopyTemplate(site.folder, options.LastKeepVal);
     if (done) done = WriteOptions(site, options);
-    return done;
+    if (!done) return done;
+    try {
+        CreateDatabaseFile(site.database);
+    } catch (const StoreError& error) {
+        return Fail(error.what());
+    }
+    return {};
 }
 
 core::Result Sites::CheckNewName(std::string_view name) const {
@@ -148,16 +155,23 @@ core::Result Sites::CheckNewName(std::string_view name) const {
                                    : core::Result{};
 }
 
+bool Sites::ListCurrent() {
+    const std::string folder = CurrentFolder(), name = Site_Name();
+    return CheckSiteFolder(folder, paths_) && CheckNewName(name) && ListSite(name, folder);
+}
+
+// The list comes last: whatever ends the program before leaves a folder that no list names, and the name free.
 Sites::Created Sites::Site_Create(const SiteOptions& options) {
     Created created;
     if (!(created.result = CheckNewName(options.name))) return created;
     created.folder = FreeFolder(options.name);
     const SitePaths site = Site_Paths(created.folder);
     if (!(created.result = FillFolder(site, options))) return created;
-    CreateDatabaseFile(site.database);
     if (!(created.result = ListSite(options.name, created.folder))) return created;
-    created.result = MakeCurrent(created.folder);
-    if (!created.result) return created;
+    if (!(created.result = MakeCurrent(created.folder))) {
+        static_cast<void>(Unlist(options.name));  // the name stays free for another try
+        return created;
+    }
     for (const char* key : {"ShowOnlySelSiteArea", "ParmShowOnlySelSiteArea", "AddedLogLns_MustDoVisitsAdd"})
         env_.ini.IniPut("Main", key, "", site.lastVals, core::OnFail::Ignore);
     return created;

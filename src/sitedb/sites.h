@@ -33,6 +33,9 @@ public:
     };
     Created Site_Create(const SiteOptions& options);
 
+    // Puts the current site back on a list that does not have it; false when it is no sound site or has no good name.
+    bool ListCurrent();
+
     // Tests the folder and makes the site current. On a problem nothing changes.
     core::Result Site_Select(std::string_view name);
     // The same for a folder that was current before.

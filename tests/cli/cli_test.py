@@ -232,7 +232,8 @@ class SitesLeave(CliCase):
 
     def test_an_entry_that_points_elsewhere_moves_nothing(self):
         precious = self.folder / "precious"
-        precious.mkdir()
+        (precious / "param").mkdir(parents=True)
+        (precious / "param" / "dbdef.ini").write_text("[Main]\nParm=Bad\n")
         sites = self.home / "param" / "sitedbs.ini"
         for target in ("/", str(self.folder), str(precious), str(self.home), str(self.home / "sites")):
             with self.subTest(target=target):
@@ -244,9 +245,11 @@ class SitesLeave(CliCase):
                 self.run_cli("site", "select", "Bad", status=1)
                 self.assertIn("Database NOT changed.", self.err)
                 self.run_cli("--site", "Bad", "report", "terms", status=1)
+                self.run_cli("--site", "Bad", "option", "set", "CntTopVals", "7", status=1)
                 self.run_cli("site", "remove", "Bad", "--recycle", "--yes", status=1)
                 self.assertTrue(os.path.isdir(target))
         self.assertFalse((self.home / "recycled").exists())
+        self.assertEqual(list(precious.rglob("*")), [precious / "param", precious / "param" / "dbdef.ini"])
 
     def test_recycle(self):
         self.run_cli("site", "recycle", status=2)

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/inistore.h"
+#include "shell/activeresults.h"
 #include "tests/shell/fakefront.h"
 #include "tests/support/tempsite.h"
 
@@ -198,6 +199,56 @@ TEST_F(CommandsTest, WindowsAreArrangedAndEntriesWithoutWorkDoNothing) {
     EXPECT_EQ(test.host.opened, 0);
     test.shell->Run("fMnu_FX");
     EXPECT_EQ(test.front.quits, 1);
+}
+
+TEST_F(CommandsTest, OnlyAReportWindowHoldsResults) {
+    const auto ask = [&](bool mustBeResults) { return pActiveResults(test.shell->Desk(), test.front, mustBeResults); };
+    for (const char* id : {"", "Ifrm", "7|STLstX", "7STLst"}) {
+        test.front.windowId = id;
+        EXPECT_TRUE(ask(false).ok);
+        test.host.WillPress("OK");
+        EXPECT_FALSE(ask(true).ok) << id;
+        EXPECT_EQ(test.host.shown.back().message, "Only available when Results are displayed");
+    }
+    test.front.windowId = "34567.5|STLst";
+    EXPECT_TRUE(ask(true).ok);
+    EXPECT_EQ(ask(true).id, test.front.windowId);
+    EXPECT_TRUE(test.host.Done());
+}
+
+TEST_F(CommandsTest, AboutHoldsTheRecordedFailures) {
+    std::string details;
+    const auto about = [&] {
+        test.host.WillPress("OK", [&](dialogs::DialogModel& model) { details = model.details; });
+        test.shell->Run("fMnu_HA");
+    };
+    about();
+    EXPECT_TRUE(details.ends_with("No errors have been recorded.")) << details;
+    test.box.script = {1, 1};
+    for (const char* what : {"the first", "the second"})
+        test.shell->Trap("Proc", [what] { throw std::runtime_error(what); });
+    about();
+    EXPECT_LT(details.find("<<0 - the second>>"), details.find("<<0 - the first>>"));
+    EXPECT_EQ(details.find('\n'), std::string::npos);
+}
+
+TEST_F(CommandsTest, ANewSiteTakesTheOptionsEnteredEvenWhenTheyCannotBeStored) {
+    const std::string screens = test.shell->Desk().screens;
+    test.host.WillPress("OK", [&](dialogs::DialogModel& model) {
+        TestShell::Enter("Blog")(model);
+        for (dialogs::Control& control : model.controls.All())
+            if (control.Is(dialogs::ControlType::CheckBox)) control.value = control.Ticked() ? "False" : "True";
+        fs::remove(screens);
+        fs::create_directory(screens);
+    });
+    for (int told = 0; told < 6; ++told) test.host.WillPress("OK");  // the name and five options
+    test.host.WillPress("No");
+    test.shell->Run("fMnu_FD");
+    ASSERT_NE(test.shell->OpenSite(), nullptr);
+    const sitedb::SiteOptions& made = test.shell->OpenSite()->Options();
+    EXPECT_EQ(made.name, "Blog");
+    EXPECT_FALSE(made.LastKeepVal);
+    EXPECT_TRUE(test.host.Done());
 }
 
 TEST(PathsOf, LinesOrAPickersList) {

@@ -2,15 +2,20 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 
+#include "core/files.h"
 #include "core/inistore.h"
+#include "core/text.h"
 #include "tests/shell/fakefront.h"
+#include "tests/support/fulldisk.h"
 
 namespace shell {
 namespace {
 
 namespace fs = std::filesystem;
+using testsupport::FullDisk;
 using testsupport::TestShell;
 
 TEST(FirstRun, ExitMakesNothing) {
@@ -85,14 +90,25 @@ protected:
     }
     void ExpectDialogThenExit() {
         test.Restart();
+        test.host.shown.clear();
         test.host.WillPress("Exit Corvane");
         EXPECT_FALSE(test.Load());
+        ASSERT_EQ(test.host.shown.size(), 1U);
         EXPECT_TRUE(test.Showed("Site database cannot be read."));
         EXPECT_EQ(test.host.shown.back().buttons,
                   (std::vector<std::string>{"Select Database", "Create New Database", "Exit Corvane"}));
         EXPECT_TRUE(test.host.Done());
         EXPECT_EQ(test.shell->OpenSite(), nullptr);
         test.shell.reset();
+    }
+    // Every file below the data home, with its content.
+    std::map<std::string, std::string> Files() const {
+        std::map<std::string, std::string> files;
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(test.home))
+            if (entry.is_regular_file())
+                files[entry.path().string()] = core::ReadFile(entry.path().string()).text +
+                                               std::to_string(entry.last_write_time().time_since_epoch().count());
+        return files;
     }
     static void Spoil(const std::string& file, const std::string& text) {
         std::ofstream(file, std::ios::binary) << text;
@@ -111,14 +127,33 @@ TEST_F(Recovery, EachDamageComesToTheDialog) {
     ExpectDialogThenExit();
     fs::remove_all(site);
     fs::rename(away, site);
-    for (const char* text : {"", "\xFF\xFE garbage\n[Main\n", "[Main]\nMain Data Dir=Z:\\\n",
-                             "[Main]\nMain Data Dir=Q:\\x\n", "[Main]\nMain Data Dir=C:\\sites\\..\\..\\..\n"}) {
-        SCOPED_TRACE(text);
+    fs::create_directories(test.home + "/none");
+    const std::string outside = "Z:" + core::fReplace(test.folder.Path(), "/", "\\"), entry = "[Main]\nMain Data Dir=";
+    const std::string damages[] = {"",
+                                   "\xFF\xFE garbage\n[Main\n",
+                                   entry + std::string("C:\\sites\\Sh\0op\n", 18),
+                                   std::string(100000, '\0'),
+                                   entry + "Z:\\\n",
+                                   entry + "/\n",
+                                   entry + "C:\\\n",
+                                   entry + outside + "\n",
+                                   entry + "sites\\Shop\n",
+                                   entry + "Q:\\x\n",
+                                   entry + "C:\\none\n",
+                                   entry + "C:\\param\n",
+                                   entry + "C:\\sites\\..\\..\\..\n",
+                                   entry + "C:\\sites\\..\\sites\\Shop\n"};
+    for (const std::string& text : damages) {
+        SCOPED_TRACE(text.substr(0, 60));
         Spoil(dirIni, text);
         ExpectDialogThenExit();
+        EXPECT_EQ(test.folder.Read("home/Dir.ini"), text);
     }
     fs::remove(dirIni);
     ExpectDialogThenExit();
+    fs::create_directory(dirIni);
+    ExpectDialogThenExit();
+    fs::remove(dirIni);
     Spoil(dirIni, kept);
     fs::rename(site + "/param/dbdef.ini", away);
     ExpectDialogThenExit();  // a database without its options is no site
@@ -165,11 +200,106 @@ TEST_F(Recovery, SelectAndCreateLeadBackToTheCheck) {
     EXPECT_TRUE(test.host.Done());
 }
 
-TEST_F(Recovery, ASecondProgramIsTold) {
+TEST_F(Recovery, ASecondProgramIsToldAndWritesNothing) {
     core::FileLock other;
     ASSERT_TRUE(other.Lock(site + "/data/site1.ldb").ok);
-    ExpectDialogThenExit();
-    EXPECT_TRUE(test.Showed("Another copy of this program is using the site's database."));
+    test.folder.Write("home/param/sitedbs.ini",
+                      "[Main]\nDBNameLst=Shop\n[Shop]\nParm=C:\\sites\\Shop\n");  // no first one
+    test.folder.Write("home/sites/Shop/data/site1.mdb.temp", "the other one compacts");
+    const auto before = Files();
+    test.Restart();
+    test.host.shown.clear();
+    test.front.mainShown = 0;
+    test.host.WillPress("Retry");
+    test.host.WillPress("Exit Corvane");
+    EXPECT_FALSE(test.Load());
+    EXPECT_EQ(test.host.shown.at(1).message,
+              "Another copy of this program is using the site's database. Close it and try again.");
+    EXPECT_EQ(test.host.shown.at(1).buttons, (std::vector<std::string>{"Retry", "Select Database", "Exit Corvane"}));
+    EXPECT_EQ(test.front.mainShown, 0);
+    EXPECT_EQ(Files(), before);
+
+    test.Restart();
+    test.host.WillPress("Select Database");
+    test.host.WillPress("OK", TestShell::Choose("Shop"));
+    test.host.WillPress("OK");
+    test.host.WillPress("Cancel");
+    test.host.WillPress("Retry", [&](dialogs::DialogModel&) { other.Unlock(); });
+    ASSERT_TRUE(test.Load());
+    EXPECT_TRUE(test.Showed("Database NOT changed.\r\rProblem Details:\rAnother copy"));
+    EXPECT_FALSE(fs::exists(site + "/data/site1.mdb.temp"));
+    EXPECT_TRUE(test.host.Done());
+}
+
+TEST_F(Recovery, AFullDiskLeadsBackToTheDialog) {
+    fs::rename(site, test.folder.File("away"));
+    for (const rlim_t most : {rlim_t{0}, rlim_t{4000}}) {
+        SCOPED_TRACE(most);
+        test.Restart();
+        const FullDisk full(most);
+        test.host.shown.clear();
+        for (int i = 0; i < 2; ++i) {
+            test.host.WillPress("Create New Database");
+            test.host.WillPress("OK");      // why the site for recovery could not be made
+            test.host.WillPress("Cancel");  // no other new site
+        }
+        test.host.WillPress("Exit Corvane");
+        EXPECT_FALSE(test.Load());
+        EXPECT_TRUE(test.host.Done());
+        EXPECT_EQ(test.Sites().Names(), std::vector<std::string>{"Shop"});
+    }
+    EXPECT_EQ(test.Recorded().size(), 0U);
+    test.Restart();
+    test.host.WillPress("Create New Database");
+    test.host.WillPress("OK", TestShell::Enter("Anew"));
+    EXPECT_TRUE(test.Load());  // no name was used up
+}
+
+TEST_F(Recovery, ALostListBeginsAnewWithTheCurrentSite) {
+    const std::string list = test.home + "/param/sitedbs.ini";
+    for (const std::string& text :
+         {std::string(), std::string("\x00\xFF[\n]=\r\r\x00", 9), std::string("[Main]\nNmFirstSite=Shop\nDBNam")}) {
+        Spoil(list, text);
+        test.Restart();
+        ASSERT_TRUE(test.Load());
+        EXPECT_EQ(test.Sites().Names(), std::vector<std::string>{"Shop"});
+        EXPECT_EQ(test.Sites().Folder("Shop"), site);
+    }
+    // What cannot be read is told, and never written.
+    for (const bool folder : {false, true}) {
+        test.shell.reset();
+        Spoil(list, "\xFF\xFE[");
+        if (folder) fs::remove(list);
+        if (folder) fs::create_directory(list);
+        test.Restart();
+        test.host.shown.clear();
+        test.host.WillPress("OK");
+        EXPECT_FALSE(test.Load());
+        EXPECT_TRUE(test.Showed("the list of sites cannot be read."));
+        EXPECT_TRUE(folder || test.folder.Read("home/param/sitedbs.ini") == "\xFF\xFE[");
+    }
+    EXPECT_TRUE(test.host.Done());
+}
+
+// As a kill behind each write of the first start leaves it.
+TEST_F(Recovery, AFirstStartThatWasKilledGoesOn) {
+    test.folder.Write("home/param/sitedbs.ini", "[Main]\nDBNameLst=Shop\n[Shop]\nParm=C:\\sites\\Shop\n");
+    fs::remove(test.home + "/Dir.ini");  // listed, and not yet the current one
+    test.Restart();
+    ASSERT_TRUE(test.Load());
+    EXPECT_EQ(test.front.caption, "Shop - Current Site DB: Corvane");
+    test.shell.reset();
+    fs::remove(test.home + "/Dir.ini");
+    for (const char* list : {"[Shop]\nParm=C:\\sites\\Shop\n", ""}) {  // its section alone, its folder alone
+        test.folder.Write("home/param/sitedbs.ini", list);
+        fs::remove(test.home + "/Dir.ini");
+        test.Restart();
+        test.LoadFirst("Shop");
+        EXPECT_EQ(test.Sites().Names(), std::vector<std::string>{"Shop"});
+        EXPECT_NE(test.Sites().CurrentFolder(), site);
+        EXPECT_TRUE(fs::exists(site + "/data/site1.mdb"));
+        test.shell.reset();
+    }
 }
 
 TEST_F(Recovery, ScreensIniIsRestoredAndADamagedOneIsTold) {
@@ -178,15 +308,30 @@ TEST_F(Recovery, ScreensIniIsRestoredAndADamagedOneIsTold) {
     test.Restart();
     ASSERT_TRUE(test.Load());
     EXPECT_TRUE(fs::exists(screens));
-    for (const char* text : {"", "[NewDB\n1=", "[NewDB]\n1=Rubbish|x\n[EnterOps]\n1=Label|10\n", "\x00\xFF"}) {
-        Spoil(screens, text);
-        test.host.WillPress("OK");
-        test.shell->Run("fMnu_FD");
-        EXPECT_NE(test.host.shown.back().message.find(screens), std::string::npos);
+    const std::string delivered = test.folder.Read("home/param/screens.ini");
+    const std::string damages[] = {"", "[NewDB\n1=", "[NewDB]\n1=Rubbish|x\n[EnterOps]\n1=Lab",
+                                   std::string(70000, '\0'), "\xFF\xFE\x01[\n=\n]"};
+    for (const std::string& text : damages) {
+        SCOPED_TRACE(text.substr(0, 60));
+        for (const char* control : {"fMnu_FD", "fMnu_ER", "fMnu_EO", "fMnu_SD", "fMnu_SC"}) {
+            Spoil(screens, text);
+            test.host.WillPress("OK");
+            test.shell->Run(control);
+            EXPECT_NE(test.host.shown.back().message.find(screens), std::string::npos) << control;
+        }
+        test.host.WillPress("Cancel");  // the list of sites needs no file
+        test.shell->Run("fMnu_FS");
+    }
+    // Cut anywhere, as a disk that ran full leaves it: a dialog or the message, and never a failure.
+    for (std::size_t cut = 0; cut < delivered.size(); cut += delivered.size() / 20) {
+        for (const char* control : {"fMnu_FD", "fMnu_ER", "fMnu_EO", "fMnu_SD", "fMnu_SC"}) {
+            Spoil(screens, delivered.substr(0, cut));
+            test.host.WillPressNumber(2);
+            test.shell->Run(control);
+        }
     }
     fs::remove(screens);
     fs::create_directory(screens);
-    test.host.WillPress("OK");  // cannot be written
     test.host.WillPress("OK");
     test.shell->Run("fMnu_FD");
     EXPECT_TRUE(test.host.Done());

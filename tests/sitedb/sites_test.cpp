@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/text.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/tempsite.h"
 
 namespace sitedb {
@@ -148,6 +149,54 @@ TEST_F(SitesTest, AStaleSectionIsNoSiteAndANewOneTakesItsPlace) {
     EXPECT_FALSE(home.sites.Site_Select("Old").ok);
     ASSERT_TRUE(home.sites.Site_Create(Named("Old")).result.ok);
     EXPECT_EQ(home.sites.Folder("Old"), home.folder.File("sites/Old"));
+}
+
+TEST_F(SitesTest, WhatAKillLeavesIsUsable) {
+    // The folder alone, or a link that leads nowhere: the name is free, and nothing lands there.
+    fs::create_directories(home.folder.File("sites/Third"));
+    fs::create_symlink(home.folder.File("nowhere"), home.folder.File("sites/Fourth"));
+    for (const char* name : {"Third", "Fourth"}) {
+        ASSERT_TRUE(home.sites.Site_Create(Named(name)).result.ok);
+        EXPECT_EQ(home.sites.Folder(name), home.folder.File(std::string("sites/") + name + "-1"));
+    }
+    EXPECT_FALSE(fs::exists(home.folder.File("nowhere")));
+    // Moved, and not yet off the list: it cannot be selected, and comes off without a question.
+    fs::create_directories(home.folder.File("recycled"));
+    fs::rename(shop, home.folder.File("recycled/Shop"));
+    EXPECT_TRUE(home.sites.Site_Select("Shop").error.starts_with("Database NOT changed."));
+    EXPECT_FALSE(home.sites.Sites_Recycle().all);
+    EXPECT_EQ(home.sites.Names(), std::vector<std::string>{"Shop"});
+    home.user.WillPressOk();
+    EXPECT_TRUE(home.sites.Site_Remove("Shop").result.ok);
+    EXPECT_TRUE(fs::exists(home.folder.File("recycled/Shop/data/site1.mdb")));
+    ASSERT_TRUE(home.sites.Site_Create(Named("Shop")).result.ok);
+    EXPECT_EQ(home.sites.Folder("Shop"), shop);
+}
+
+TEST_F(SitesTest, ASiteThatCannotBeMadeIsNotListed) {
+    const std::string current = home.sites.CurrentFolder();
+    for (const rlim_t most : {rlim_t{0}, rlim_t{1000}, rlim_t{4000}}) {
+        SCOPED_TRACE(most);
+        const testsupport::FullDisk full(most);
+        const Sites::Created created = home.sites.Site_Create(Named("New"));
+        EXPECT_FALSE(created.result.ok);
+        EXPECT_FALSE(created.result.error.empty());
+    }
+    fs::remove(home.folder.File("Dir.ini"));
+    fs::create_directory(home.folder.File("Dir.ini"));
+    EXPECT_FALSE(home.sites.Site_Create(Named("New")).result.ok);
+    fs::remove(home.folder.File("Dir.ini"));
+    EXPECT_EQ(home.sites.Names(), (std::vector<std::string>{"Shop", "Blog"}));
+    EXPECT_TRUE(home.sites.Site_Create(Named("New")).result.ok);
+    EXPECT_TRUE(home.sites.Site_Select("Blog").ok);
+    EXPECT_EQ(home.sites.CurrentFolder(), current);
+}
+
+TEST_F(SitesTest, ARemovedNameNeverTakesTheListAlong) {
+    home.ini.IniPut("Main", "DBNameLst", "Shop|Main|Blog", home.sites.ListFile());
+    home.user.WillPressOk();
+    EXPECT_TRUE(home.sites.Site_Remove("main").result.ok);
+    EXPECT_EQ(home.sites.Names(), (std::vector<std::string>{"Shop", "Blog"}));
 }
 
 TEST_F(SitesTest, OptionsAreShownInWords) {
