@@ -110,6 +110,7 @@ adddata::AddOutcome AddOnce(bench::BenchSite& site, const Arguments& arguments) 
     request.skipRobots = !arguments.allLines;
     request.skipComponents = !arguments.allLines;
     request.NoPromptInvalid = request.NoPromptOverlap = true;
+    site.Progress().Forget();
     return adddata::AddLogData(site.Session().Env(), site.Site(), site.Session().ProgramFiles(), request);
 }
 
@@ -151,6 +152,8 @@ int main(int argc, char** argv) {
     Stopwatch watch;
     adddata::AddOutcome outcome = AddOnce(site, arguments);
     const double first = PrintAdd("add", outcome, watch.Seconds(), lines);
+    std::printf("%-28s %9.2f s   (%s)\n", "longest without a beat", site.Progress().LongestSilence(),
+                site.Progress().SilentIn().c_str());
     if (arguments.again) {
         const Stopwatch second;
         outcome = AddOnce(site, arguments);

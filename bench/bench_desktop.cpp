@@ -77,12 +77,15 @@ double ListDialog(const dialogs::Rows& rows) {
     double drawn = 0;
     QTimer::singleShot(0, [&drawn] {
         QTimer::singleShot(0, [&drawn] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            if (dialog != nullptr) dialog->grab();  // all of it is painted now
             drawn = CpuSeconds();
-            if (QWidget* dialog = QApplication::activeModalWidget()) dialog->close();
+            if (dialog != nullptr) dialog->close();
         });
     });
     const double begin = CpuSeconds();
     host.Open(model)->Run();
+    if (drawn <= 0) std::abort();  // it was never shown
     return drawn - begin;
 }
 
@@ -91,7 +94,7 @@ double OwnList(const dialogs::Rows& rows) {
         QListWidget list;
         for (const auto& row : rows) list.addItem(QString::fromStdString(row.front()));
         list.show();
-        QCoreApplication::processEvents();
+        list.grab();
     });
 }
 
@@ -107,10 +110,10 @@ int main(int count, char** arguments) {
     const QApplication toolkit(count, arguments);
     std::printf("CPU time of the process before anything of ours: %.3f s\n", CpuSeconds());
     const double bare = BareWindow();
-    if (!home.empty()) Line("start to a usable window", Start(home), "a bare window", bare);
     const dialogs::Rows rows = Items();
     const double list = ListDialog(rows);
     Line("a dialog with a list of 100,000 items", list, "the toolkit's list, item by item", OwnList(rows));
     Line("a dialog with a list of 100,000 items", list, "sorting the items", Sorting(rows));
+    if (!home.empty()) Line("start to a usable window", Start(home), "a bare window", bare);  // last: it ends all loops
     return 0;
 }

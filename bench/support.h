@@ -16,19 +16,44 @@ public:
     core::Answer Ask(const core::Question& question) override;
 };
 
-class NoProgress final : public core::Progress {
-public:
-    int PIStart(std::string_view, std::string_view, double) override { return 1; }
-    bool PIStep(int, double, std::string_view) override { return false; }
-    void PIDone(int) override {}
-};
-
 class Stopwatch {
 public:
     double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
 
 private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// Shows nothing; tells how long a window would have stood still: the longest time without a call.
+class SilentProgress final : public core::Progress {
+public:
+    int PIStart(std::string_view caption, std::string_view, double) override {
+        Heard();
+        caption_ = caption;
+        return 1;
+    }
+    bool PIStep(int, double, std::string_view) override { return Heard(); }
+    void PIDone(int) override { Heard(); }
+    bool Beat() override { return Heard(); }
+
+    double LongestSilence() const { return longest_; }
+    const std::string& SilentIn() const { return silentIn_; }  // caption of the report that was open then
+    void Forget() { *this = {}; }
+
+private:
+    bool Heard() {
+        const double silence = last_.Seconds();
+        if (silence > longest_) {
+            longest_ = silence;
+            silentIn_ = caption_;
+        }
+        last_ = {};
+        return false;
+    }
+
+    Stopwatch last_{};
+    double longest_ = 0;
+    std::string caption_{}, silentIn_{};
 };
 
 // A data home in a new folder below $TMPDIR, removed again, with one site.
@@ -41,12 +66,13 @@ public:
 
     shell::Session& Session() { return *session_; }
     sitedb::Site& Site() { return *site_; }
+    SilentProgress& Progress() { return progress_; }
     const std::string& Folder() const { return folder_; }
 
 private:
     std::string folder_;
     Quiet user_{};
-    NoProgress progress_{};
+    SilentProgress progress_{};
     std::unique_ptr<shell::Session> session_{};
     std::unique_ptr<sitedb::Site> site_{};
 };

@@ -39,7 +39,10 @@ void MakeIndexes(Database& db, const std::vector<TablePlan>& plans, std::string_
 // A new, empty database file; the only place that creates one.
 void CreateDatabaseFile(const std::string& path);
 
+// The database file or a compacted copy that lost its name stands there.
+bool HasDatabase(const std::string& path);
 // Takes back a lone sound compacted copy, removes a stale one. A text for the user when something is wrong.
+// Only for whoever holds the lock: another program may be writing that copy right now.
 std::string RecoverCompaction(const std::string& path);
 
 // Opens for work (see WorkMode) or read-only, tests that it is a site database.
@@ -48,6 +51,9 @@ Database BLDTBL_OpenDB(const std::string& path, bool readOnly);
 // Replaces the file by a compacted copy; true when it was replaced. There is never a moment without a whole
 // database under its name. On failure the old file stands, open.
 bool BLDTBL_CompactDB(Database& db, core::Progress* progress = nullptr);
+
+// The first step of a query that sorts many rows: in portions that take a tenth of a second, so that it beats between.
+bool FirstSorted(Database& db, Statement& query);
 
 // While a job writes: exclusive, write-ahead log, full flushes. Back to one ordinary file at the end.
 class WorkMode {

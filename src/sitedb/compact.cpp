@@ -1,5 +1,3 @@
-#include <optional>
-
 #include "core/files.h"
 #include "sitedb/build.h"
 #include "sitedb/storeerror.h"
@@ -33,15 +31,13 @@ bool SameRows(Database& original, Database& copy) {
     return true;
 }
 
-bool WriteCopy(Database& db, const std::string& temp, core::Progress* progress) {
+bool WriteCopy(Database& db, const std::string& temp) {
     try {
-        std::optional<Heartbeat> heart;
-        if (progress != nullptr) heart.emplace(db, *progress, MayStop::Yes);
         Statement vacuum = db.Prepare("VACUUM INTO ?");
         vacuum.Bind(1, std::string_view(temp));
         vacuum.Run();
         Database copy = BLDTBL_OpenDB(temp, true);
-        return SameRows(db, copy);
+        return SameRows(db, copy) && core::SyncFile(temp).ok;
     } catch (const core::ErrorNumber&) {
         return false;  // failed or stopped: the old database stands, only bigger than it need be
     }
@@ -54,16 +50,26 @@ bool BLDTBL_CompactDB(Database& db, core::Progress* progress) {
     const std::string temp = TempOf(path);
     RemoveCopy(temp);
     if (core::Exists(temp)) return false;
-    if (!WriteCopy(db, temp, progress) || !core::SyncFile(temp)) {
+    const auto run = [progress](const std::function<void()>& work, const std::function<void()>& stop = {}) {
+        if (progress != nullptr)
+            RunAlive(*progress, work, stop);
+        else
+            work();
+    };
+    bool written = false, renamed = false;
+    run([&] { written = WriteCopy(db, temp); }, [&db] { db.Interrupt(); });
+    if (!written) {
         RemoveCopy(temp);
         return false;
     }
     db.Close();
-    const bool renamed = core::FileRename(temp, path).ok && core::SyncFolder(core::fPathOf(path)).ok;
+    run([&] { renamed = core::FileRename(temp, path).ok && core::SyncFolder(core::fPathOf(path)).ok; });
     if (!renamed) RemoveCopy(temp);
     db = BLDTBL_OpenDB(path, false);
     return renamed;
 }
+
+bool HasDatabase(const std::string& path) { return core::Exists(path) || core::Exists(TempOf(path)); }
 
 std::string RecoverCompaction(const std::string& path) {
     const std::string temp = TempOf(path);

@@ -2,6 +2,9 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <future>
+#include <system_error>
 #include <utility>
 
 #include "core/error.h"
@@ -11,7 +14,7 @@
 namespace sitedb {
 namespace {
 
-constexpr int kInstructionsPerBeat = 20000;  // of the store's engine: a millisecond or two
+constexpr int kInstructionsPerBeat = 1000;  // of the store's engine: some ten microseconds, more where it reads the disk
 constexpr int kMaxTextLength = 8 << 20;  // bytes of one value or row: far above any line
 
 std::string Advice(int code) {
@@ -174,6 +177,8 @@ std::int64_t Database::Scalar(std::string_view sql) {
     return statement.Step() ? statement.Int(0) : 0;
 }
 
+void Database::Interrupt() { sqlite3_interrupt(db_); }
+
 std::int64_t Database::Changes() const { return sqlite3_changes64(db_); }
 
 std::int64_t Database::LastRowId() const { return sqlite3_last_insert_rowid(db_); }
@@ -213,6 +218,24 @@ int Heartbeat::Beat(void* self) {
     }
 }
 
+void RunAlive(core::Progress& progress, const std::function<void()>& work, const std::function<void()>& stop) {
+    constexpr std::chrono::milliseconds kBeat(20);
+    std::future<void> done;
+    try {
+        done = std::async(std::launch::async, work);
+    } catch (const std::system_error&) {  // no further thread to be had
+        work();
+        return;
+    }
+    bool stopped = false;
+    while (done.wait_for(kBeat) != std::future_status::ready) {
+        if (!progress.Beat() || stopped) continue;
+        stopped = true;
+        if (stop) stop();
+    }
+    done.get();
+}
+
 Transaction::Transaction(Database& db) : db_(db) { db_.Exec("BEGIN IMMEDIATE"); }
 
 Transaction::~Transaction() {
@@ -223,6 +246,11 @@ Transaction::~Transaction() {
 
 void Transaction::Commit() {
     db_.Exec("COMMIT");
+    open_ = false;
+}
+
+void Transaction::Commit(core::Progress& progress) {
+    RunAlive(progress, [this] { db_.Exec("COMMIT"); });
     open_ = false;
 }
 

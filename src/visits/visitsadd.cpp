@@ -103,7 +103,7 @@ void Step2::Build(VisitBuilder& builder, std::int64_t waiting) {
         "log line", static_cast<double>(waiting));
     double nextStep = env_.clock.Seconds();
     sitedb::Statement rows = db_.Prepare(WaitingSql(site_.Options().LastKeepVal));
-    for (; rows.Step(); ++outcome_.lines) {
+    for (bool more = sitedb::FirstSorted(db_, rows); more; more = rows.Step(), ++outcome_.lines) {
         const double now = outcome_.lines % kLinesPerLook == 0 ? env_.clock.Seconds() : 0;
         if (now >= nextStep) {
             report.Step(static_cast<double>(outcome_.lines));
@@ -181,7 +181,8 @@ void BuildVisits(core::Env& env, sitedb::Site& site, const logdefs::SearchEngine
     sitedb::WorkMode work(db);
     std::int32_t lastVisitId = -1;
     {
-        const sitedb::Heartbeat heart(db, env.progress, sitedb::MayStop::Yes);
+        std::optional<sitedb::Heartbeat> heart;
+        heart.emplace(db, env.progress, sitedb::MayStop::Yes);
         sitedb::Transaction all(db);
         Step2 step(env, site, engines, outcome);
         step.Run();
@@ -189,11 +190,12 @@ void BuildVisits(core::Env& env, sitedb::Site& site, const logdefs::SearchEngine
         if (site.Options().EraseNonSE) outcome.visitsErased = Visits_EraseNonSE(db);
         DeleteOverLimit(db, outcome);
         db.Exec("DELETE FROM referrerwait");
-        all.Commit();
+        heart.reset();  // its beats belong to this thread
+        all.Commit(env.progress);
     }
     if (lastVisitId >= 0)
         env.ini.IniPut("Main", "LastVisitID", std::to_string(lastVisitId), site.Paths().lastVals, core::OnFail::Ignore);
-    work.End();
+    sitedb::RunAlive(env.progress, [&work] { work.End(); });
 }
 
 void CleanUp(core::Env& env, sitedb::Site& site, VisitsOutcome& outcome) {

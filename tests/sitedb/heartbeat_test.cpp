@@ -23,6 +23,9 @@ public:
 constexpr const char* kLong =
     "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 200000) SELECT count(*) FROM n";
 
+constexpr const char* kEndless =
+    "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT count(*) FROM n";
+
 class HeartbeatTest : public ::testing::Test {
 protected:
     testsupport::TempFolder folder_{};
@@ -58,6 +61,23 @@ TEST_F(HeartbeatTest, AStopEndsTheStatementOnlyWhereTheJobAllowsIt) {
     }
     EXPECT_EQ(progress_.beats, 3);
     EXPECT_EQ(db_.Scalar("SELECT count(*) FROM t"), 0);
+}
+
+// A call that cannot beat itself: the caller's thread beats, hears the stop once, and gets what was thrown.
+TEST_F(HeartbeatTest, WorkOnAThreadOfItsOwnBeatsHereAndEndsHere) {
+    progress_.stopAt = 2;
+    int stops = 0;
+    const auto longer = [this] { db_.Exec(kEndless); };
+    EXPECT_THROW(RunAlive(progress_, longer,
+                          [&] {
+                              ++stops;
+                              db_.Interrupt();
+                          }),
+                 core::Stopped);
+    EXPECT_EQ(stops, 1);
+    EXPECT_GE(progress_.beats, 2);
+    RunAlive(progress_, [this] { db_.Exec("CREATE TABLE later(i)"); });
+    EXPECT_EQ(db_.Scalar("SELECT count(*) FROM sqlite_schema WHERE name='later'"), 1);
 }
 
 }  // namespace
