@@ -46,7 +46,9 @@ int Application::Run(const std::vector<std::string>& arguments) {
     window_.OptionsChanged();
     if (window_.Ending()) return 0;
     QTimer::singleShot(0, &window_, [this, files = FilesOf(arguments)] { window_.LookForWork(files); });
-    return QCoreApplication::exec();
+    const int status = QCoreApplication::exec();
+    if (window_.isVisible()) window_.close();
+    return status;
 }
 
 // The report's timing so far; the work waits meanwhile.

@@ -162,12 +162,12 @@ void MainWindow::Quit() { ending_ = true; }
 
 void MainWindow::EndSoon() {
     ending_ = true;
-    if (shell_ != nullptr && shell_->dBusy()) {
-        shell_->Progress().SetConfirmStop(false);
-        shell_->Progress().Cancel();
-    } else {
+    if (shell_ == nullptr || !shell_->dBusy()) {
         close();
+        return;
     }
+    shell_->Progress().StopNow();
+    QCoreApplication::exit(0);  // open dialogs end as if Escape had been pressed
 }
 
 void MainWindow::ShowStartOrWindows() {

@@ -217,6 +217,7 @@ void ProgressWindow::Appear() {
     const QWidget* over = overDialog ? QApplication::activeModalWidget() : parent;
     adjustSize();
     if (over != nullptr && over->isVisible()) move(over->frameGeometry().center() - rect().center());
+    cancel_->setFocus();
     show();
     raise();
 }

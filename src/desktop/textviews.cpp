@@ -25,14 +25,21 @@ constexpr int kOneLineTwips = 400;  // a box up to this height is one line
 constexpr int kLeastTwips = 1500;   // of a label; what is narrower could hold no word
 constexpr qsizetype kReadingLetters = 200000;
 
-QString PickedPath(Pick pick, QWidget* parent, const QString& from) {
+QStringList PickedPaths(Pick pick, QWidget* parent, const QString& from) {
     const QString title = QStringLiteral("Browse");
-    if (pick == Pick::Folder) return QFileDialog::getExistingDirectory(parent, title, from);
-    if (pick == Pick::SaveFile) return QFileDialog::getSaveFileName(parent, title, from);
-    if (pick == Pick::OpenFile) return QFileDialog::getOpenFileName(parent, title, from);
+    if (pick == Pick::OpenFiles) return QFileDialog::getOpenFileNames(parent, title, from);
+    const QString path = pick == Pick::Folder     ? QFileDialog::getExistingDirectory(parent, title, from)
+                         : pick == Pick::SaveFile ? QFileDialog::getSaveFileName(parent, title, from)
+                                                  : QFileDialog::getOpenFileName(parent, title, from);
+    return path.isEmpty() ? QStringList() : QStringList(path);
+}
+
+// Several paths in a box of one line are a "|" list.
+QString OneLineOf(const QStringList& picked) {
+    if (picked.size() == 1) return picked.front();
     std::vector<std::string> paths;
-    for (const QString& path : QFileDialog::getOpenFileNames(parent, title, from)) paths.push_back(FromQt(path));
-    return paths.size() == 1 ? QString::fromStdString(paths[0]) : QString::fromStdString(core::CDSOf(paths));
+    for (const QString& path : picked) paths.push_back(FromQt(path));
+    return QString::fromStdString(core::CDSOf(paths));
 }
 
 // The text as it came in belongs to the text as it is shown until somebody changes that.
@@ -80,8 +87,8 @@ private:
         line->addWidget(edit_, 1);
         line->addWidget(browse_);
         QObject::connect(browse_, &QPushButton::clicked, edit_, [this, pick] {
-            const QString path = PickedPath(pick, edit_->window(), edit_->text());
-            if (!path.isEmpty()) Show(FromQt(path));
+            const QStringList paths = PickedPaths(pick, edit_->window(), edit_->text());
+            if (!paths.isEmpty()) Show(FromQt(OneLineOf(paths)));
         });
     }
     void Show(const std::string& text) {
@@ -114,6 +121,7 @@ public:
         const QSize room = ScreenRoom(*parent);
         edit_->setMinimumSize(std::min(Pixels(*parent, control.spec.Width()), room.width() * 7 / 10),
                               std::min(Pixels(*parent, control.spec.Height()), room.height() * 4 / 10));
+        if (control.pick != Pick::None) AddPicker(control.pick, parent);
     }
     void Put(const Control& control) override {
         edit_->setReadOnly(control.readOnly);
@@ -126,9 +134,31 @@ public:
         kept_.shown = edit_->toPlainText();
     }
     void Take(Control& control) const override { control.value = kept_.Read(edit_->toPlainText(), lineEnd_); }
+    void SetName(const QString& name) override {
+        edit_->setAccessibleName(name);
+        if (browse_ != nullptr) browse_->setAccessibleName(QStringLiteral("Browse for ") + name);
+    }
 
 private:
+    // What is picked comes behind what stands there, one path in each line.
+    void AddPicker(Pick pick, QWidget* parent) {
+        outer_ = new QWidget(parent);
+        auto* lines = new QVBoxLayout(outer_);
+        lines->setContentsMargins({});
+        browse_ = new QPushButton(QStringLiteral("&Browse..."), outer_);
+        browse_->setAutoDefault(false);
+        lines->addWidget(edit_, 1);
+        lines->addWidget(browse_, 0, Qt::AlignRight);
+        QObject::connect(browse_, &QPushButton::clicked, edit_, [this, pick] {
+            QStringList paths = PickedPaths(pick, edit_->window(), edit_->toPlainText().section(QLatin1Char('\n'), -1));
+            if (paths.isEmpty()) return;
+            const QString before = edit_->toPlainText().trimmed();
+            if (!before.isEmpty()) paths.prepend(before);
+            edit_->setPlainText(paths.join(QLatin1Char('\n')));
+        });
+    }
     QPlainTextEdit* edit_;
+    QPushButton* browse_ = nullptr;
     Untouched kept_{};
     std::string lineEnd_ = "\r";
 };
