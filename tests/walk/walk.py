@@ -92,6 +92,11 @@ def check(condition, text):
         raise SystemExit("walk: " + text)
 
 
+def state(home):
+    """Every file with its content."""
+    return {path: path.read_bytes() for path in home.rglob("*") if path.is_file()}
+
+
 def start(screen, program, home, *arguments):
     return subprocess.Popen([program, "--home", str(home), *arguments], env=screen.env)
 
@@ -185,7 +190,30 @@ def second_walk(screen, program, home, log):
     screen.key("Return")
     screen.wait("Current Site DB", corvane)
     screen.shot("site-with-data")
+    before = state(home)
+    second = start(screen, program, home)
+    screen.wait("^Corvane$", second)
+    screen.shot("second-program")
+    screen.key("alt+x")
+    check(second.wait(PATIENCE) == 0, f"the second program ended with {second.returncode}")
+    check(state(home) == before, "the second program wrote something")
+    screen.wait("Current Site DB", corvane)
     leave(screen, corvane)
+
+
+def damaged_walk(screen, program, home):
+    """A database that cannot be read comes to its dialog and stays as it is."""
+    database = next((home / "sites").glob("*/data/site1.mdb"))
+    sound = database.read_bytes()
+    database.write_bytes(b"noise" * 10000)
+    before = state(home)
+    corvane = start(screen, program, home)
+    screen.wait("^Corvane$", corvane)
+    screen.shot("damaged-database")
+    screen.key("alt+x")
+    check(corvane.wait(PATIENCE) == 0, f"the program ended with {corvane.returncode}")
+    check(state(home) == before, "something was written to a damaged site")
+    database.write_bytes(sound)
 
 
 def third_walk(screen, program, home, log):
@@ -223,6 +251,7 @@ def main():
         try:
             first_walk(screen, program, home)
             second_walk(screen, program, home, log)
+            damaged_walk(screen, program, home)
             subprocess.run([loggen, "--lines", "1500000", "--start", "2027-03-01", "--clean", "-o", str(log)], check=True)
             third_walk(screen, program, home, log)
         finally:
