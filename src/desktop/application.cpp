@@ -11,8 +11,7 @@
 namespace desktop {
 namespace {
 
-constexpr std::string_view kTimingSpec =
-    "3900|9000||||||||1|1|{450|540|450|450|450|540|540}||||||||{720|0|0}";
+constexpr std::string_view kTimingSpec = "3900|9000||||||||1|1|{450|540|450|450|450|540|540}||||||||{720|0|0}";
 
 // The files among the arguments, with their full paths.
 std::vector<std::string> FilesOf(const std::vector<std::string>& arguments) {
@@ -29,7 +28,8 @@ std::vector<std::string> FilesOf(const std::vector<std::string>& arguments) {
 
 Application::Application(const shell::Places& places, const std::string& version)
     : window_(places.shared),
-      progress_("Corvane", [this] { return &window_; }, [this](int report) { ShowTiming(report); }),
+      progress_(
+          "Corvane", [this] { return &window_; }, [this](int report) { ShowTiming(report); }),
       dialogs_([this] { return window_.isVisible() ? &window_ : nullptr; },
                [this](const std::string& id) { shell_.ShowHelpOn(id); }),
       box_([this] { return window_.isVisible() ? &window_ : nullptr; }),

@@ -154,7 +154,8 @@ std::vector<std::string> MainWindow::PickLogs() {
 }
 
 void MainWindow::OptionsChanged() {
-    const bool tabs = shell_->Desk().ini.IniGetBool("Parm", "ShowTabs", shell_->Desk().screens, core::Missing::Default, true);
+    const bool tabs =
+        shell_->Desk().ini.IniGetBool("Parm", "ShowTabs", shell_->Desk().screens, core::Missing::Default, true);
     area_->setViewMode(tabs ? QMdiArea::TabbedView : QMdiArea::SubWindowView);
 }
 
@@ -209,7 +210,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
     const bool free = shell_ != nullptr && !shell_->dBusy();
-    if (free && event->mimeData()->hasUrls() && !LocalFiles(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+    if (free && event->mimeData()->hasUrls() && !LocalFiles(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
 }
 
 // Asked only after the drop is over: the sender waits for its end.

@@ -14,7 +14,8 @@
 namespace sitedb {
 namespace {
 
-constexpr int kInstructionsPerBeat = 1000;  // of the store's engine: some ten microseconds, more where it reads the disk
+constexpr int kInstructionsPerBeat =
+    1000;                                // of the store's engine: some ten microseconds, more where it reads the disk
 constexpr int kMaxTextLength = 8 << 20;  // bytes of one value or row: far above any line
 
 std::string Advice(int code) {

@@ -78,7 +78,7 @@ public:
     Statement Prepare(std::string_view sql) { return Statement(db_, sql); }
     void Exec(const std::string& sql);
     std::int64_t Scalar(std::string_view sql);  // first column of the first row, 0 without a row
-    void Interrupt();  // from any thread: the running statement ends with core::Stopped
+    void Interrupt();                           // from any thread: the running statement ends with core::Stopped
     std::int64_t Changes() const;
     std::int64_t LastRowId() const;
 
@@ -113,8 +113,8 @@ private:
 };
 
 // Runs `work` on a thread of its own while this one beats: for calls into the store that have no beat, such as a commit
-// that flushes much. Nothing else may use the database meanwhile; what `work` throws comes out here. On a stop `stop` is called
-// once, from this thread; without it the work goes on to its end.
+// that flushes much. Nothing else may use the database meanwhile; what `work` throws comes out here. On a stop `stop`
+// is called once, from this thread; without it the work goes on to its end.
 void RunAlive(core::Progress& progress, const std::function<void()>& work, const std::function<void()>& stop = {});
 
 // Rolls back unless committed.

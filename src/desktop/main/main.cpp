@@ -67,8 +67,10 @@ void SetUp(const std::string& shared) {
 int RunProgram(int count, char** texts, const Arguments& arguments) {
     constexpr int kWrongUsage = 2;
     QApplication toolkit(count, texts);
-    const shell::Places places{shell::DataHome(arguments.home), shell::SharedFolder(CORVANE_SHARE, CORVANE_SOURCE_SHARE)};
-    if (places.home.empty()) return Fail("there is no data home: set HOME, or name a folder with --home DIR.", kWrongUsage);
+    const shell::Places places{shell::DataHome(arguments.home),
+                               shell::SharedFolder(CORVANE_SHARE, CORVANE_SOURCE_SHARE)};
+    if (places.home.empty())
+        return Fail("there is no data home: set HOME, or name a folder with --home DIR.", kWrongUsage);
     SetUp(places.shared);
     desktop::Application application(places, CORVANE_VERSION);
     return application.Run(arguments.rest);
