@@ -1,37 +1,17 @@
 #include "dialogs/csvfile.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 #include "core/error.h"
 #include "core/paths.h"
 #include "tests/support/fakes.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/tempfolder.h"
 
 namespace dialogs {
 namespace {
 
-// No file grows beyond `bytes` while this lives: a write stops half-way, as on a full disk.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit low{bytes, old_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &low);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit old_{};
-    void (*handler_)(int);
-};
+using testsupport::FullDisk;
 
 TableArray Table(const std::vector<std::vector<TableArray::Cell>>& rows, long firstRow = 0, long firstCol = 0) {
     TableArray table(firstRow, firstCol);
