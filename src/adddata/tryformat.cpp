@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/decompressreader.h"
 #include "core/utf8.h"
 #include "logdefs/formatstore.h"
 #include "logdefs/linedate.h"
@@ -44,7 +45,7 @@ void TakeLine(std::string_view line, const logdefs::LogFormat& format, std::size
 core::Result TryFormat(const std::string& path, const std::string& name, const logdefs::LogFormat& format,
                        std::size_t samples, FormatTrial& trial) {
     trial = {.format = name};
-    core::ChunkReader file;
+    core::UnpackReader file;
     if (core::Result opened = file.Open(path); !opened) return opened;
     logread::LineReader reader(file, 1 << 16);
     logread::RawLine raw;

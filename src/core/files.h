@@ -40,22 +40,32 @@ struct ReadText {
 ReadText ReadFile(const std::string& path, std::int64_t start = 1, std::int64_t maxChars = 0);
 std::int64_t FileSize(const std::string& path);  // bytes, or -1 when missing
 
-// Forward reading of a regular file in chunks, up to the size it had when opened.
-class ChunkReader {
+// Bytes that come in order, whatever lies under them: a plain file, a packed one.
+class ChunkSource {
+public:
+    virtual ~ChunkSource() = default;
+    // Reads up to `room` bytes at the position; 0 at the end. An error throws nothing: check Failed() once 0 came.
+    virtual std::size_t Read(char* into, std::size_t room) = 0;
+    virtual const Result& Failed() const = 0;
+    virtual bool Grown() const = 0;  // the file has more bytes now than when it was opened
+};
+
+// Forward reading of a regular file in chunks, up to the size it had when opened. Bytes as they lie; UnpackReader
+// (decompressreader.h) is the one for logs.
+class ChunkReader final : public ChunkSource {
 public:
     ChunkReader() = default;
-    ~ChunkReader();
+    ~ChunkReader() override;
     ChunkReader(const ChunkReader&) = delete;
     ChunkReader& operator=(const ChunkReader&) = delete;
 
     // Refuses FIFOs, devices, folders and what cannot be read, with the file's name and what to do.
     Result Open(const std::string& path);
     std::int64_t Size() const { return size_; }
-    // Reads up to `room` bytes at the position; 0 at the end. A read error throws nothing: check Failed().
-    std::size_t Read(char* into, std::size_t room);
+    std::size_t Read(char* into, std::size_t room) override;
     std::size_t ReadAt(std::int64_t offset, char* into, std::size_t room);
-    const Result& Failed() const { return failed_; }
-    bool Grown() const;  // has more bytes now than when it was opened
+    const Result& Failed() const override { return failed_; }
+    bool Grown() const override;
 
 private:
     int fd_ = -1;

@@ -12,7 +12,7 @@ constexpr std::size_t kShownStart = 1000;
 
 }  // namespace
 
-LineReader::LineReader(core::ChunkReader& file, std::size_t chunk)
+LineReader::LineReader(core::ChunkSource& file, std::size_t chunk)
     : file_(file), buffer_(kMaxLine + 2 + std::max<std::size_t>(chunk, 1)), chunk_(std::max<std::size_t>(chunk, 1)) {}
 
 bool LineReader::Fill() {

@@ -19,11 +19,11 @@ struct RawLine {
     bool blank = false;       // tooLong, and nothing but blanks, tabs and carriage returns
 };
 
-// Lines of a file, whatever their length, in bounded memory. Ends at the size the file had when it was opened; if it
+// Lines of a file, whatever their length, in bounded memory. Ends where the file ended when it was opened; if it
 // has grown since, a last line without its line feed is not complete and is left for the next read.
 class LineReader {
 public:
-    explicit LineReader(core::ChunkReader& file, std::size_t chunk = kReadChunk);
+    explicit LineReader(core::ChunkSource& file, std::size_t chunk = kReadChunk);
 
     // False at the end; then Failed() tells whether it was the real one.
     bool Next(RawLine& line);
@@ -35,7 +35,7 @@ private:
     bool Emit(RawLine& line, std::size_t length, std::size_t consumed);
     void Discard();
 
-    core::ChunkReader& file_;
+    core::ChunkSource& file_;
     std::vector<char> buffer_;
     std::size_t chunk_;
     std::size_t begin_ = 0;  // of what is held

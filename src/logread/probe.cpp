@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <vector>
 
 #include "core/utf8.h"
 #include "logdefs/linedate.h"
@@ -66,37 +67,82 @@ std::optional<std::int64_t> LastIn(std::string_view window, LineTester& tester) 
     }
 }
 
+// The end of a file as text, by offsets from its first byte.
+class Ending {
+public:
+    explicit Ending(core::UnpackReader& file) : file_(file), size_(file.Size()) {
+        if (!file.Kind().empty()) ReadPacked();
+    }
+
+    std::int64_t Size() const { return size_; }    // of the text
+    std::int64_t First() const { return first_; }  // offset of the first byte that can be had
+    std::size_t ReadAt(std::int64_t offset, char* into, std::size_t room) const {
+        if (ring_.empty()) return file_.ReadAt(offset, into, room);
+        std::size_t have = 0;
+        for (; have < room && offset < size_; ++have, ++offset)
+            into[have] = ring_[static_cast<std::size_t>(offset) % ring_.size()];
+        return have;
+    }
+
+private:
+    // Each byte stands at its offset modulo the ring's size, so the last ones overwrite the others.
+    void ReadPacked() {
+        ring_.resize(kPackedTail);
+        size_ = 0;
+        for (;;) {
+            const std::size_t at = static_cast<std::size_t>(size_) % ring_.size();
+            const std::size_t got = file_.Read(ring_.data() + at, ring_.size() - at);
+            if (got == 0) break;
+            size_ += static_cast<std::int64_t>(got);
+        }
+        first_ = std::max<std::int64_t>(0, size_ - static_cast<std::int64_t>(ring_.size()));
+    }
+
+    core::UnpackReader& file_;
+    std::int64_t size_;
+    std::int64_t first_ = 0;
+    std::vector<char> ring_{};
+};
+
+void FindLast(core::UnpackReader& file, LineTester& tester, LogFileDates& dates) {
+    const Ending ending(file);
+    std::array<char, kWindow> room{};
+    for (std::int64_t offset = std::max<std::int64_t>(0, ending.Size() - kWindow); offset >= ending.First();
+         offset = std::max<std::int64_t>(0, offset - kWindow)) {
+        const std::size_t got = ending.ReadAt(offset, room.data(), room.size());
+        if (const auto last = LastIn({room.data(), got}, tester)) {
+            dates.last = *last;
+            return;
+        }
+        if (offset == 0) break;
+    }
+    dates.outcome = LogFileDates::Outcome::EndsCorrupt;
+}
+
 }  // namespace
 
-LogFileDates LogFileDateRange(core::ChunkReader& file, const logdefs::LogFormat& format) {
+LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat& format) {
     using Outcome = LogFileDates::Outcome;
     LogFileDates dates;
-    std::array<char, kWindow> room{};
-    const auto window = [&](std::int64_t offset) {
-        return std::string_view(room.data(), file.ReadAt(offset, room.data(), room.size()));
-    };
-    const std::string_view start = window(0);
-    dates.start = start;
-    if (start.empty()) {
-        dates.outcome = Outcome::EmptyOrMissing;
+    dates.start.resize(kWindow);
+    std::size_t have = 0;
+    while (const std::size_t got = file.Read(dates.start.data() + have, dates.start.size() - have)) have += got;
+    dates.start.resize(have);
+    if (!file.Failed()) dates.damage = file.Failed().error;
+    file.Rewind();
+    if (dates.start.empty()) {
+        dates.outcome = dates.damage.empty() ? Outcome::EmptyOrMissing : Outcome::NoValidLines;
         return dates;
     }
     LineTester tester(format);
-    const auto first = FirstIn(start, tester);
+    const auto first = FirstIn(dates.start, tester);
     if (!first) {
         dates.outcome = Outcome::NoValidLines;
         return dates;
     }
     dates.first = *first;
-    for (std::int64_t offset = std::max<std::int64_t>(0, file.Size() - kWindow);;
-         offset = std::max<std::int64_t>(0, offset - kWindow)) {
-        if (const auto last = LastIn(window(offset), tester)) {
-            dates.last = *last;
-            return dates;
-        }
-        if (offset == 0) break;
-    }
-    dates.outcome = Outcome::EndsCorrupt;
+    FindLast(file, tester, dates);
+    file.Rewind();
     return dates;
 }
 

@@ -4,20 +4,25 @@
 #include <string>
 #include <string_view>
 
-#include "core/files.h"
+#include "core/decompressreader.h"
 #include "logdefs/format.h"
 
 namespace logread {
 
-// The first and last valid line of a file, from two small windows: the whole file is not read.
+inline constexpr std::size_t kPackedTail = 1 << 20;  // bytes kept of a packed file's end
+
+// The first and last valid line of a file, from small windows at its two ends. A plain file is not read as a whole; a
+// packed one is unpacked once to its end, of which kPackedTail bytes are kept in memory. The reader stands at its
+// first byte afterwards.
 struct LogFileDates {
     enum class Outcome { Ok, EmptyOrMissing, NoValidLines, EndsCorrupt };
     Outcome outcome = Outcome::Ok;
     std::int64_t first = 0;  // yyyymmddhhnnss
     std::int64_t last = 0;
-    std::string start{};  // the file's first bytes, for messages
+    std::string start{};   // the file's first bytes as text, for messages
+    std::string damage{};  // why no first line could be had, "" when the file itself is whole
 };
-LogFileDates LogFileDateRange(core::ChunkReader& file, const logdefs::LogFormat& format);
+LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat& format);
 
 // The kind of a packed file by its first bytes ("gzip"), or "".
 std::string_view PackedKind(std::string_view start);

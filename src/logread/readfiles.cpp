@@ -21,10 +21,12 @@
 namespace logread {
 namespace {
 
-constexpr double kProgressEvery = 0.1;      // seconds; also how fast a stop is heard
+constexpr double kProgressEvery = 0.1;       // seconds; also how fast a stop is heard
 constexpr std::int64_t kLinesPerLook = 256;  // between two looks at the clock
 
 constexpr std::string_view kFileSkipped = " File Skipped.";
+constexpr std::string_view kDamaged =
+    "Packed log file is damaged or not complete. Only the lines before the damage were read.";
 constexpr std::string_view kVisitIndex = "logline_VisitTime";
 
 struct ProbeText {
@@ -50,8 +52,10 @@ std::string NoValidLinesText(const std::string& file) {
 
 // What a person can do about a file that was not read.
 std::string Advice(const std::string& file, const LogFileDates& dates) {
+    if (!dates.damage.empty()) return dates.damage;
     if (const std::string_view kind = PackedKind(dates.start); !kind.empty())
-        return file + " is packed (" + std::string(kind) + "). Unpack it first; only plain text is read.";
+        return file + " is packed (" + std::string(kind) +
+               "). Unpack it first, or pack it with gzip, bzip2, xz or zstd.";
     if (LooksBinary(dates.start)) return file + " is no text file. Name the log itself.";
     if (dates.outcome == LogFileDates::Outcome::EmptyOrMissing)
         return file + " is empty. Check that it is the right file.";
@@ -88,10 +92,13 @@ private:
     std::optional<std::vector<std::string>> FilesOf(const logdefs::LogFileSpec& spec);
     void ReadItems();
     void ReadOneFile(const std::string& path, const std::string& formatName, const Place& place);
-    bool Probe(core::ChunkReader& file, const logdefs::LogFormat& format, FileRecord& record);
+    bool Probe(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place, FileRecord& record);
+    LogFileDates DatesOf(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place);
+    std::string Caption(const Place& place, std::string_view what) const;
     bool MayOverlap(const LogFileDates& dates, FileRecord& record);
-    bool LogFileReadChunks(core::ChunkReader& file, const Place& place, FileRecord& record);
-    void ReadLines(LineReader& reader, dialogs::Report& report);
+    bool LogFileReadChunks(core::UnpackReader& file, const Place& place, FileRecord& record);
+    void ReadLines(core::UnpackReader& file, LineReader& reader, dialogs::Report& report);
+    bool TellFailure(const core::UnpackReader& file, const FileRecord& record);
     void Refuse(FileRecord& record, const LogFileDates& dates);
     void AddTotals(FileRecord& record);
     const logdefs::LogFormat& Format(const std::string& name);
@@ -185,7 +192,34 @@ bool Reading::MayOverlap(const LogFileDates& dates, FileRecord& record) {
     return !answer.Cancelled();
 }
 
-bool Reading::Probe(core::ChunkReader& file, const logdefs::LogFormat& format, FileRecord& record) {
+std::string Reading::Caption(const Place& place, std::string_view what) const {
+    const std::string where = place.items > 1 || place.files > 1
+                                  ? "Definition: " + std::to_string(place.item) + "/" + std::to_string(place.items) +
+                                        ". File: " + std::to_string(place.file) + "/" + std::to_string(place.files) +
+                                        ". "
+                                  : std::string();
+    return request_.progressPrefix + where + std::string(what) + ctx_.FileName;
+}
+
+// To the end of a packed file it is a long way, on which the user may stop.
+LogFileDates Reading::DatesOf(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place) {
+    if (file.Kind().empty()) return LogFileDateRange(file, format);
+    dialogs::Report report(env_.progress, Caption(place, "Look for dates in "), "bytes",
+                           static_cast<double>(file.Size()));
+    double nextStep = env_.clock.Seconds() + kProgressEvery;
+    file.OnWork([&] {
+        const double now = env_.clock.Seconds();
+        if (now < nextStep) return;
+        report.Step(static_cast<double>(file.Taken()));
+        nextStep = now + kProgressEvery;
+    });
+    LogFileDates dates = LogFileDateRange(file, format);
+    file.OnWork({});
+    return dates;
+}
+
+bool Reading::Probe(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place,
+                    FileRecord& record) {
     const core::Result opened = file.Open(record.FileName);
     if (!opened) {
         record.skipped = true;
@@ -194,7 +228,7 @@ bool Reading::Probe(core::ChunkReader& file, const logdefs::LogFormat& format, F
         outcome_.errors.push_back(opened.error);
         return false;
     }
-    const LogFileDates dates = LogFileDateRange(file, format);
+    const LogFileDates dates = DatesOf(file, format, place);
     if (dates.outcome != LogFileDates::Outcome::Ok) {
         Refuse(record, dates);
         return false;
@@ -203,43 +237,49 @@ bool Reading::Probe(core::ChunkReader& file, const logdefs::LogFormat& format, F
     return !record.skipped;
 }
 
-void Reading::ReadLines(LineReader& reader, dialogs::Report& report) {
+void Reading::ReadLines(core::UnpackReader& file, LineReader& reader, dialogs::Report& report) {
     double nextStep = env_.clock.Seconds();
+    const auto look = [&](double now) {
+        if (now < nextStep) return;
+        const ProgressTexts texts = LogReadProgressText(ctx_, true);
+        const std::int64_t done = file.Kind().empty() ? reader.Position() : file.Taken();
+        report.Step(static_cast<double>(done), texts.summary + " - " + texts.details);
+        nextStep = now + kProgressEvery;
+    };
+    file.OnWork([&] { look(env_.clock.Seconds()); });  // within one line, too: it can be a gigabyte
     RawLine line;
     for (std::int64_t count = 0;; ++count) {
         if (count % kLinesPerLook == 0) {
             const double now = env_.clock.Seconds();
             if (store_) store_->CommitWhenDue(request_.batchLines, now);
-            if (now >= nextStep) {
-                const ProgressTexts texts = LogReadProgressText(ctx_, true);
-                report.Step(static_cast<double>(reader.Position()), texts.summary + " - " + texts.details);
-                nextStep = now + kProgressEvery;
-            }
+            look(now);
         }
-        if (!reader.Next(line)) return;
+        if (!reader.Next(line)) break;
         processor_->LogLnProcess(line);
     }
+    file.OnWork({});
 }
 
-bool Reading::LogFileReadChunks(core::ChunkReader& file, const Place& place, FileRecord& record) {
-    const std::string where = place.items > 1 || place.files > 1
-                                  ? "Definition: " + std::to_string(place.item) + "/" + std::to_string(place.items) +
-                                        ". File: " + std::to_string(place.file) + "/" + std::to_string(place.files) +
-                                        ". "
-                                  : std::string();
+// A damaged file is read to its end as far as there is one: its lines stay and it is no stopped read.
+bool Reading::TellFailure(const core::UnpackReader& file, const FileRecord& record) {
+    outcome_.errors.push_back(file.Failed().error);
+    if (!file.Damaged()) return false;
+    ctx_.Problems.LogFileProblemAdd(record.FileName, kDamaged);
+    return true;
+}
+
+bool Reading::LogFileReadChunks(core::UnpackReader& file, const Place& place, FileRecord& record) {
     LineReader reader(file, request_.chunk);
     try {
-        dialogs::Report report(env_.progress, request_.progressPrefix + where + "Read data for " + record.FileName,
-                               "bytes", static_cast<double>(file.Size()));
-        ReadLines(reader, report);
+        dialogs::Report report(env_.progress, Caption(place, "Read data for "), "bytes",
+                               static_cast<double>(file.Size()));
+        ReadLines(file, reader, report);
         if (store_) store_->Commit();
     } catch (const core::Stopped&) {
         if (store_) store_->Commit();  // the lines so far stay
         return false;
     }
-    if (!reader.Failed()) return true;
-    outcome_.errors.push_back(file.Failed().error);
-    return false;
+    return !reader.Failed() || TellFailure(file, record);
 }
 
 void Reading::AddTotals(FileRecord& record) {
@@ -271,8 +311,15 @@ void Reading::ReadOneFile(const std::string& path, const std::string& formatName
     if (store_) store_->Commit();  // counters at the last commit are this file's from here on
     const double start = env_.clock.Seconds();
     const logdefs::LogFormat& format = Format(formatName);
-    core::ChunkReader file;
-    if (Probe(file, format, record)) {
+    core::UnpackReader file;
+    bool wanted = false;
+    try {
+        wanted = Probe(file, format, place, record);
+    } catch (const core::Stopped&) {
+        record.stopped = true;
+        outcome_.ok = false;
+    }
+    if (wanted) {
         outcome_.anyRead = true;
         processor_->SetFormat(format);
         try {

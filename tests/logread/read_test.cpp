@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "logread/probe.h"
-#include "logread/readfiles.h"
-#include "tests/support/tempsite.h"
+#include "tests/logread/readsite.h"
 
 namespace logread {
 namespace {
@@ -10,24 +9,6 @@ namespace {
 using testsupport::Combined;
 using testsupport::kCombinedSpec;
 using testsupport::TempSite;
-
-// A site with one format, and reads of texts.
-struct ReadSite : TempSite {
-    explicit ReadSite(sitedb::SiteOptions options = Plain()) : TempSite(std::move(options)) {
-        ini.IniPut("combined", "DefsCDS", "|" + std::string(kCombinedSpec), Formats());
-    }
-    std::string Formats() const { return folder.File("param/logfmts.ini"); }
-
-    ReadOutcome Read(const std::vector<std::string>& logs, ReadRequest request = {}) {
-        for (std::size_t i = 0; i < logs.size(); ++i)
-            request.files.push_back({folder.Write("log" + std::to_string(i), logs[i]), ""});
-        request.formatFile = Formats();
-        request.defaultFormat = "combined";
-        request.NoPromptOverlap = request.NoPromptInvalid = true;
-        return RawLog_AddData_ReadLogFiles(env, *site, std::move(request));
-    }
-    std::int64_t Lines() { return site->Db().Scalar("SELECT count(*) FROM logline"); }
-};
 
 const std::string kA = Combined("1.1.1.1", "02/Mar/2009:08:00:00", "/a");
 const std::string kB = Combined("1.1.1.2", "02/Mar/2009:08:00:01", "/b");
@@ -108,11 +89,12 @@ TEST(RawLog_AddData_ReadLogFiles, TestsStatusThenFiltersInTheirOrder) {
 TEST(RawLog_AddData_ReadLogFiles, AFileThatCannotBeReadDoesNotStopTheOthers) {
     ReadSite home;
     home.user.WillPressOk();  // the empty file's message
-    const ReadOutcome read = home.Read({"", "\x1f\x8b\b junk", kA});
+    const ReadOutcome read = home.Read({"", "\x1f\x8b\b junk", "PK\x03\x04 junk", kA});
     EXPECT_EQ(read.totals.AllLinesAdded, 1);
-    ASSERT_EQ(read.errors.size(), 2U);
-    EXPECT_NE(read.errors[1].find("gzip"), std::string::npos);
-    EXPECT_TRUE(read.files[0].skipped && read.files[1].skipped && !read.files[2].skipped);
+    ASSERT_EQ(read.errors.size(), 3U);
+    EXPECT_NE(read.errors[1].find("damaged (gzip)"), std::string::npos);
+    EXPECT_NE(read.errors[2].find("packed (zip)"), std::string::npos);
+    EXPECT_TRUE(read.files[0].skipped && read.files[1].skipped && !read.files[3].skipped);
 }
 
 TEST(RawLog_AddData_ReadLogFiles, AStopKeepsTheLinesSoFar) {
@@ -182,7 +164,7 @@ TEST(LogFileDateRange, LooksAtBothEndsOfAFile) {
     const testsupport::TempFolder folder;
     const logdefs::LogFormat format({0, {"", std::string(kCombinedSpec)}});
     const auto probe = [&](const std::string& text) {
-        core::ChunkReader file;
+        core::UnpackReader file;
         EXPECT_TRUE(file.Open(folder.Write("log", text)).ok);
         return LogFileDateRange(file, format);
     };
