@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "adddata/addrecorder.h"
 #include "core/dates.h"
 #include "core/env.h"
 #include "core/inistore.h"
@@ -9,6 +10,10 @@
 
 namespace adddata {
 namespace {
+
+constexpr std::string_view kNotRecorded =
+    "The data are not touched by this, but the add log does not tell all of this add. Make room or give the right to "
+    "write, so that the next add is recorded.\r";
 
 logdefs::FilterSwitches SwitchesOf(core::Env& env, const logdefs::FilterFiles& files, const AddRequest& request) {
     logdefs::FilterSwitches switches = logdefs::FltrReadSwitches(env.ini, files);
@@ -57,17 +62,25 @@ int AddOutcome::Status() const {
 AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request) {
     AddOutcome outcome;
     const logdefs::FilterFiles files = FilterFilesOf(program, site.Paths());
-    logdefs::AddFilters filters = logdefs::FltrLoadAddFilters(env.ini, files, SwitchesOf(env, files, request));
+    const logdefs::FilterSwitches switches = SwitchesOf(env, files, request);
+    logdefs::AddFilters filters = logdefs::FltrLoadAddFilters(env.ini, files, switches);
     outcome.warnings = filters.warnings;
     for (const std::string& warning : filters.warnings) env.user.Tell("FilterWithoutRule", warning);
     logread::ReadRequest read = ReadRequestOf(request, program, std::move(filters));
     outcome.format =
         request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
     read.defaultFormat = outcome.format;
+    AddRecorder recorder(env, site, {read.files, switches, files});
+    recorder.ReadStarts();
     outcome.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
+    recorder.ReadEnds(outcome.read);
     // What failed for the lines would fail for their visits: one message, and the lines wait.
     outcome.visitsWanted = !outcome.read.storeFailed && WantsVisits(env, outcome.read);
     if (outcome.visitsWanted) outcome.visits = ResumeAdd(env, site, program);
+    if (outcome.visitsWanted && outcome.visits.done) recorder.AddEnds(outcome.read, outcome.visits);
+    outcome.recordError = recorder.Failure();
+    if (!outcome.recordError.empty())
+        env.user.Tell("AddRecordIncomplete", std::string(kNotRecorded) + outcome.recordError);
     return outcome;
 }
 

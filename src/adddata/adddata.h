@@ -45,6 +45,7 @@ struct AddOutcome {
     logread::ReadOutcome read{};
     bool visitsWanted = true;  // false: left for later, by the user or a failure; the mark stands
     visits::VisitsOutcome visits{};
+    std::string recordError{};  // why the records of the add are not whole; told, and no failure of the add
     // 0 done, 1 something failed or was refused, 3 stopped by the user.
     int Status() const;
 };

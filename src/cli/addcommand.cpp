@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/suggest.h"
+#include "core/decompressreader.h"
 #include "core/inistore.h"
 #include "core/text.h"
 #include "logdefs/formatstore.h"
@@ -16,8 +17,8 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kStopped = 3;
-constexpr int kSignalled = 128;           // and the signal's number
-constexpr std::int64_t kLookedAt = 4096;  // bytes that tell a packed or binary file
+constexpr int kSignalled = 128;          // and the signal's number
+constexpr std::size_t kLookedAt = 4096;  // bytes that tell a packed or binary file
 
 struct AddArguments {
     std::vector<std::string> files{};
@@ -74,12 +75,20 @@ adddata::AddRequest RequestOf(Program& program, const AddArguments& arguments, s
 }
 
 // What fits a file that was left out because its format does not. Nothing for packed, binary, empty and missing ones.
+// The first bytes of a log, unpacked; "" when it cannot be read.
+std::string StartOf(const std::string& path) {
+    core::UnpackReader file;
+    if (!file.Open(path)) return {};
+    std::string start(kLookedAt, '\0');
+    start.resize(file.Read(start.data(), start.size()));
+    return start;
+}
+
 std::optional<Misfit> MisfitOf(Program& program, const logread::FileRecord& record) {
     if (!record.skipped || record.overlapped || core::FileSize(record.FileName) <= 0) return std::nullopt;
     if (!core::IsRegularFile(record.FileName)) return std::nullopt;
-    const core::ReadText start = core::ReadFile(record.FileName, 1, kLookedAt);
-    if (!start.result || !logread::PackedKind(start.text).empty() || logread::LooksBinary(start.text))
-        return std::nullopt;
+    const std::string start = StartOf(record.FileName);
+    if (start.empty() || !logread::PackedKind(start).empty() || logread::LooksBinary(start)) return std::nullopt;
     const std::string formats = program.Session().ProgramFiles().formats;
     const logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(program.Ini(), record.format, formats);
     adddata::FormatTrial trial;

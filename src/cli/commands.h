@@ -18,6 +18,8 @@ void AddOptionCommands(CLI::App& root, Program& program);
 void AddAddCommands(CLI::App& root, Program& program);
 void AddLogCommands(CLI::App& root, Program& program);
 void AddReportCommands(CLI::App& root, Program& program);
+void AddRobotCommands(CLI::App& root, Program& program);
+void AddCheckCommands(CLI::App& root, Program& program);
 
 // A command with its example; --home and --site may stand behind it too.
 CLI::App* NewCommand(CLI::App& parent, const std::string& name, const std::string& help, const std::string& example);

@@ -35,6 +35,8 @@ void SetUp(CLI::App& root, cli::Program& program) {
     cli::AddFormatCommands(root, program);
     cli::AddEngineCommands(root, program);
     cli::AddFilterCommands(root, program);
+    cli::AddRobotCommands(root, program);
+    cli::AddCheckCommands(root, program);
     cli::AddOptionCommands(root, program);
 }
 

@@ -48,7 +48,7 @@ inline constexpr std::string_view kNoPlots = "Plots are not built yet.";
 inline constexpr std::string_view kNeedsReport =
     "Sorts a report window; reports on the desktop are not built yet. Use corvane-cli report in a terminal.";
 inline constexpr std::string_view kNoAddLog =
-    "What was added is not listed yet; corvane-cli site show tells the totals.";
+    "What was added is not listed on the desktop yet; use corvane-cli log in a terminal.";
 inline constexpr std::string_view kNoFormats =
     "Log formats cannot be edited on the desktop yet; use corvane-cli format in a terminal.";
 inline constexpr std::string_view kNoEngines =

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """Drives the built corvane-cli as a person or a script would. Usage: cli_test.py PROGRAM"""
 import csv
-import gzip
 import io
 import json
 import os
@@ -263,8 +262,6 @@ class SitesLeave(CliCase):
         self.make_site("One")
 
     def test_recorded_failures(self):
-        self.run_cli("log", status=2)
-        self.assertIn("--errors", self.err)
         self.run_cli("log", "--errors")
         self.assertIn("No errors have been recorded.", self.err)
         record = '"2024-02-2{0}","13:05:09",9711,"fMnu_FW","/x","corvane","Corvane","","Main","List","2",' \
@@ -315,9 +312,9 @@ class BadInput(CliCase):
         os.mkfifo(self.folder / "pipe.log")
         (self.folder / "folder.log").mkdir()
         bad = {"missing.log": "No such file", "pipe.log": "pipe", "folder.log": "folder", "empty.log": "empty",
-               "packed.log": "packed (gzip)", "binary.log": "no text file", "*.nothing": "No file matches"}
+               "packed.log": "packed (zip)", "binary.log": "no text file", "*.nothing": "No file matches"}
         self.write("empty.log", "")
-        self.write("packed.log", gzip.compress(shop_log().encode()))
+        self.write("packed.log", b"PK\x03\x04" + bytes(200))
         self.write("binary.log", bytes(range(256)) * 20)
         good = self.write("good.log", shop_log())
         added = self.add(*bad, good, status=1)
@@ -363,6 +360,43 @@ class BadInput(CliCase):
         self.assertEqual(self.run_json("site", "show")["counts"]["lines"], 2)
         self.on_terminal("add", log, keys=b"\x03")
         self.assertEqual(self.terminal_status, 128 + signal.SIGINT)
+
+
+class AddLog(CliCase):
+    def test_what_was_added_is_listed(self):
+        self.make_site()
+        self.run_cli("log")
+        self.assertIn("No data has been added", self.err)
+        self.assertEqual(json.loads(self.run_cli("log", "--json")), [])
+        self.write("shop.log", shop_log())
+        bad = self.write("a?b\n\x1b[31m|.log", line(90000) + "garbage\n")
+        self.add("shop.log")
+        self.add("shop.log", bad)
+        records = json.loads(self.run_cli("log", "--json"))
+        self.assertEqual({len(record) for record in records}, {36})
+        self.assertEqual([record["action"].split(". less")[0] for record in records],
+                         ["START Read File.", "Done. Read File", "END ADD", "START ADD", "START Read File.",
+                          "Done. Read File", "START Read File.", "Done. Read File", "END ADD"])
+        first, second = records[2], records[8]
+        self.assertEqual((first["date"], first["totalLines"], first["linesAdded"], first["exclBots"],
+                          first["exclBotsLines"], first["skipDupes"], first["minsPreProcess"]),
+                         ("** Done **", 7, 4, True, 1, False, None))
+        self.assertEqual((second["linesAdded"], second["skipDupesLines"], second["problems"]), (1, 4, 2))
+        self.assertTrue(records[7]["fileSpec"].endswith("a\uff1fb..[31m|.log"))
+        param = self.home / "sites" / "Shop" / "param"
+        self.assertEqual(first["robotFilterCopy"], second["robotFilterCopy"])
+        self.assertTrue((param / first["robotFilterCopy"]).is_file())
+        self.assertIn("Parm=GOOGLE|20240301", (param / first["engineSummary"]).read_text())
+        table = self.run_cli("log", "-n", "2").splitlines()
+        self.assertEqual(len([row for row in table if "20" in row]), 2)
+        self.assertIn("** End ADD **", table[-1])
+
+    def test_an_add_that_cannot_be_recorded_is_an_add(self):
+        self.make_site()
+        self.write("shop.log", shop_log())
+        (self.home / "sites" / "Shop" / "param" / "adddata.log").mkdir()
+        self.assertEqual(self.add("shop.log")["LinesAdded"], 4)
+        self.assertEqual(self.err.count("the add log does not tell all"), 1)
 
 
 class Hostile(CliCase):
@@ -494,6 +528,72 @@ class Interrupted(CliCase):
             process.send_signal(signal.SIGCONT)
             process.communicate(timeout=60)
         self.assertEqual(process.returncode, 0)
+
+
+class RobotsAndChecks(CliCase):
+    def setUp(self):
+        super().setUp()
+        self.make_site()
+        ask = lambda agent: line(1, path="/robots.txt", agent=agent)
+        self.log = self.write("access.log", shop_log().replace("this is no line of a log\n", "") + ask("Spark|{x}") +
+                              ask("Mooncat/1.0") + ask("Spark|{x}") + ask(ROBOT) +
+                              line(2, path="/x.html", referrer="https://www.google.com/maps") +
+                              line(3, path="/y.html", referrer="http://www.blog.example/z"))
+
+    def agents(self):
+        return [(each["agent"], each["lines"]) for each in self.run_json("robot", "find", self.log)["candidates"]]
+
+    def test_find_makes_filters_and_skips_the_rest(self):
+        self.assertEqual(self.agents(), [("Mooncat/1.0", 1), ("Spark|{x}", 2)])
+        self.assertIn("Do NOT add generic", (self.run_cli("robot", "find", self.log), self.err)[1])
+        self.run_cli("robot", "find", self.log, "--add", "--agent", "Nobody", status=2)
+        self.run_cli("robot", "find", self.log, "--agent", "Mooncat/1.0", status=2)
+        found = self.run_json("robot", "find", self.log, "--add", "--agent", "Spark|{x}", "--skip-rest")
+        self.assertEqual(([each["agent"] for each in found["added"]], found["skipped"]), (["Spark|{x}"], ["Mooncat/1.0"]))
+        name = found["added"][0]["name"]
+        self.assertEqual(self.agents(), [])
+        self.assertIn("No new filters created.", (self.run_cli("robot", "find", self.log, "--add"), self.err)[1])
+        self.assertEqual(self.run_json("robot", "show", name),
+                         {"name": name, "field": "agent", "op": "starts-with", "value": "spark|{x}", "matchCase": False})
+        self.assertEqual([each["filter"] for each in self.run_json("robot", "try", "SPARK|{x} 2", "a Spark|{x}")],
+                         [name, None])
+        self.run_cli("robot", "remove", name)
+        self.assertEqual(self.agents(), [("Spark|{x}", 2)])
+
+    def test_filters_are_edited(self):
+        count = len(self.run_json("robot", "list"))
+        self.run_cli("robot", "set", "Mine", "--value", "MOON", "--op", "contains")
+        self.run_cli("robot", "set", "mine", "--value", "Moon")
+        self.assertEqual(len(self.run_json("robot", "list")), count + 1)
+        self.assertIn("Starts with <moon>", self.run_cli("robot", "show", "MINE"))
+        self.assertTrue(self.run_json("robot", "try", "Mooncat/1.0")[0]["robot"])
+        self.run_cli("robot", "set", "All", "--value", "", status=2)
+        self.run_cli("robot", "set", "All", status=2)
+        self.run_cli("robot", "remove", "Googlebott", status=2)
+        self.assertIn("Googlebot", self.err)
+
+    def test_checks_store_nothing(self):
+        check = self.run_json("check", "referrers", self.log)
+        self.assertEqual([(each["site"], each["lines"]) for each in check["unknown"]], [("", 5), ("blog.example", 1)])
+        self.assertEqual([each["referrers"][0]["referrer"] for each in check["undefined"]][:1],
+                         ["https://www.google.com/maps"])
+        self.assertEqual(self.run_json("check", "referrers", self.log, "--at-least", "2")["unknown"], [])
+        pages = {each["page"]: each for each in self.run_json("check", "pages", self.log)["pages"]}
+        self.assertEqual((pages["logo.png"]["skipped"], pages["shoes.html"]["lines"], pages["shoes.html"]["new"]),
+                         (True, 3, True))
+        self.assertEqual([each["page"] for each in self.run_json("check", "pages", self.log, "--show", "skipped")["pages"]],
+                         ["logo.png"])
+        robots = self.run_json("check", "robots", self.log)
+        self.assertEqual([(each["filter"], each["lines"]) for each in robots["rejected"]], [("Googlebot", 2)])
+        self.assertIn("Googlebot", self.run_cli("check", "robots", self.log))
+        self.assertIn("blog.example", self.run_cli("check", "referrers", self.log))
+        self.assertIn("shoes.html", self.run_cli("check", "pages", self.log))
+        self.assertEqual(self.run_json("site", "show")["counts"]["lines"], 0)
+
+    def test_a_file_that_cannot_be_read_is_a_failure(self):
+        for command in (("robot", "find"), ("check", "referrers"), ("check", "pages"), ("check", "robots")):
+            self.run_cli(*command, "absent.log", status=1)
+            self.run_cli(*command, self.log, "--format", "no-such", status=2)
 
 
 def main():
