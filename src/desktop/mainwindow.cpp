@@ -58,6 +58,7 @@ MainWindow::MainWindow(const std::string& shared, QWidget* parent)
           {menus_.Entry("fMnu_FW"), menus_.Entry("fMnu_FS"), menus_.Entry("fMnu_FD"), menus_.Entry("fMnu_HG")})),
       area_(new QMdiArea) {
     setObjectName(QStringLiteral("Mainfrm"));
+    setWindowTitle(QStringLiteral("Welcome - Corvane"));
     setAcceptDrops(true);
     area_->setAccessibleName(tr("Windows"));
     area_->setTabsClosable(true);
@@ -89,10 +90,6 @@ void MainWindow::Done() {
 void MainWindow::LookForWork(const std::vector<std::string>& files) {
     ready_ = true;
     ShowStartOrWindows();
-    // A dialog is placed over the window where it is in the end, not where it began.
-    QElapsedTimer waited;
-    for (waited.start(); !windowHandle()->isExposed() && waited.elapsed() < kExposeMs;)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents, kExposeMs);
     shell_->MDIForm_Activate();
     if (!ending_) shell_->AddFiles(files);
     Done();
@@ -102,6 +99,10 @@ void MainWindow::ShowMain() {
     if (isVisible()) return;
     ShowStartOrWindows();
     RestorePlace();
+    // A dialog is placed over the window where it is in the end, not where it began.
+    QElapsedTimer waited;
+    for (waited.start(); !windowHandle()->isExposed() && waited.elapsed() < kExposeMs;)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::ExcludeUserInputEvents, kExposeMs);
 }
 
 void MainWindow::SetCaption(std::string_view caption) { setWindowTitle(TitleText(caption)); }
