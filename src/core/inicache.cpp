@@ -58,6 +58,7 @@ bool IniCache::Same(Held& held, const std::string& path) {
 }
 
 IniFile& IniCache::Open(const std::string& path) {
+    if (const auto draft = drafts_.find(path); draft != drafts_.end()) return draft->second.levels.back();
     const auto found = files_.find(path);
     // A file that could not be read may have got other permissions, which no stamp shows.
     if (found != files_.end() && found->second.file.State() != IniRead::Unreadable && Same(found->second, path))
@@ -66,6 +67,8 @@ IniFile& IniCache::Open(const std::string& path) {
 }
 
 bool IniCache::Save(const std::string& path) {
+    if (const auto draft = drafts_.find(path); draft != drafts_.end())
+        return draft->second.levels.back().State() != IniRead::Unreadable;
     const auto found = files_.find(path);
     if (found == files_.end()) return false;
     Held& held = found->second;
@@ -78,6 +81,47 @@ bool IniCache::Save(const std::string& path) {
     held.settled = false;  // someone may have been at the file between our renaming and our look at it
     held.hash = HashOf(text);
     return true;
+}
+
+void IniCache::BeginDraft(const std::string& path) {
+    Draft& draft = drafts_[path];
+    if (draft.levels.empty()) draft.begun = Read(path);
+    draft.levels.push_back(draft.levels.empty() ? draft.begun.file : draft.levels.back());
+}
+
+IniCache::DraftEnd IniCache::KeepDraft(const std::string& path, bool overOthers) {
+    const auto found = drafts_.find(path);
+    if (found == drafts_.end()) return DraftEnd::Failed;
+    std::vector<IniFile>& levels = found->second.levels;
+    if (levels.size() > 1) {
+        levels[levels.size() - 2] = std::move(levels.back());
+        levels.pop_back();
+        return DraftEnd::Kept;
+    }
+    const Held& begun = found->second.begun;
+    const std::string text = levels.back().Text();
+    if (text != begun.file.Text()) {
+        if (!overOthers && Read(path).hash != begun.hash) return DraftEnd::ChangedElsewhere;
+        if (levels.back().State() == IniRead::Unreadable || !WriteWhole(path, text)) return DraftEnd::Failed;
+    }
+    DropDraft(path);
+    return DraftEnd::Kept;
+}
+
+void IniCache::DropDraft(const std::string& path) {
+    const auto found = drafts_.find(path);
+    if (found == drafts_.end()) return;
+    found->second.levels.pop_back();
+    if (found->second.levels.empty()) drafts_.erase(found);
+    Drop(path);
+}
+
+bool IniCache::DraftDiffers(const std::string& path) const {
+    const auto found = drafts_.find(path);
+    if (found == drafts_.end()) return false;
+    const std::vector<IniFile>& levels = found->second.levels;
+    const IniFile& before = levels.size() > 1 ? levels[levels.size() - 2] : found->second.begun.file;
+    return levels.back().Text() != before.Text();
 }
 
 }  // namespace core

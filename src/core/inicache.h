@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "core/inifile.h"
 
@@ -20,6 +21,14 @@ public:
     // False: the old file stands, and the next Open reads it again.
     bool Save(const std::string& path);
     void Drop(const std::string& path) { files_.erase(path); }
+
+    // From here on changes of the file stay in memory; a draft within a draft is taken back or kept by itself.
+    void BeginDraft(const std::string& path);
+    enum class DraftEnd { Kept, Failed, ChangedElsewhere };
+    // Kept: the outermost draft is on disk, an inner one is part of the outer. Otherwise the draft goes on.
+    DraftEnd KeepDraft(const std::string& path, bool overOthers);
+    void DropDraft(const std::string& path);
+    bool DraftDiffers(const std::string& path) const;
 
 private:
     struct Stamp {
@@ -39,7 +48,13 @@ private:
     static Held Read(const std::string& path);
     static bool Same(Held& held, const std::string& path);
 
+    struct Draft {
+        Held begun{};
+        std::vector<IniFile> levels{};  // the last is what everybody reads
+    };
+
     std::unordered_map<std::string, Held> files_{};
+    std::unordered_map<std::string, Draft> drafts_{};
 };
 
 }  // namespace core

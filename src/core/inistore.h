@@ -81,6 +81,7 @@ public:
     void SuspendWrites(bool on);
 
 private:
+    friend class IniDraft;
     struct Impl;
     std::unique_ptr<Impl> impl_;
 };

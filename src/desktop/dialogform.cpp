@@ -1,7 +1,10 @@
 #include "desktop/dialogform.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -18,6 +21,7 @@ namespace {
 using dialogs::ControlType;
 
 constexpr int kMessageLetters = 84;  // a line that reads well
+constexpr int kLiveDelay = 120;      // ms without another key, before what is typed shows its effect
 constexpr double kLeastPoints = 6, kMostPoints = 40;
 
 QFont FontOf(const std::string& text, const QFont& otherwise) {
@@ -40,6 +44,9 @@ DialogForm::DialogForm(dialogs::DialogModel& model, QWidget* parent, ShowHelp he
     setSizeGripEnabled(true);
     noticeTimer_.setSingleShot(true);
     connect(&noticeTimer_, &QTimer::timeout, this, [this] { notice_->clear(); });
+    liveTimer_.setSingleShot(true);
+    liveTimer_.setInterval(kLiveDelay);
+    connect(&liveTimer_, &QTimer::timeout, this, [this] { ShowLive(); });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     Rebuild();
@@ -67,6 +74,7 @@ void DialogForm::Rebuild() {
     BuildOwnLook();
     Refresh();
     WatchKeys();
+    WatchChanges();
 }
 
 void DialogForm::BuildMessage(QBoxLayout& layout) {
@@ -232,6 +240,7 @@ void DialogForm::TakeAll() {
 
 void DialogForm::Follow() {
     if (putting_) return;
+    if (model_.live) liveTimer_.start();
     for (int number = 1; number <= model_.controls.Count(); ++number) {
         dialogs::Control& control = model_.controls[number];
         if (control.Is(ControlType::CheckBox) || control.Is(ControlType::OptionButton))
@@ -241,13 +250,45 @@ void DialogForm::Follow() {
     PutEnabled();
 }
 
+void DialogForm::WatchChanges() {
+    if (!model_.live || scroll_ == nullptr) return;
+    const auto changed = [this] {
+        if (!putting_) liveTimer_.start();
+    };
+    for (auto* edit : scroll_->findChildren<QLineEdit*>()) connect(edit, &QLineEdit::textChanged, this, changed);
+    for (auto* edit : scroll_->findChildren<QPlainTextEdit*>())
+        if (!edit->isReadOnly()) connect(edit, &QPlainTextEdit::textChanged, this, changed);
+    for (auto* box : scroll_->findChildren<QComboBox*>()) connect(box, &QComboBox::currentIndexChanged, this, changed);
+    for (auto* list : scroll_->findChildren<QAbstractItemView*>())
+        if (list->selectionModel() != nullptr)
+            connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, changed);
+}
+
+// Only what changed is put: a list that stays keeps its place.
+void DialogForm::ShowLive() {
+    if (!model_.live || loop_ == nullptr) return;
+    TakeAll();
+    const dialogs::Controls before = model_.controls;
+    model_.live(model_.controls);
+    putting_ = true;
+    for (int number = 1; number <= model_.controls.Count(); ++number) {
+        const dialogs::Control &now = model_.controls[number], &then = before[number];
+        if (now.value != then.value || now.rows != then.rows)
+            views_[static_cast<std::size_t>(number - 1)]->Put(model_.controls[number]);
+    }
+    PutEnabled();
+    putting_ = false;
+}
+
 int DialogForm::RunLoop() {
     QEventLoop loop;
     loop_ = &loop;
     pressed_ = 0;
+    ShowLive();
     if (!isVisible()) ShowPlaced();
     loop.exec();
     loop_ = nullptr;
+    liveTimer_.stop();
     TakeAll();
     KeepPlace();
     // Ended from outside: the program leaves. What a person did not press must not count as a yes.

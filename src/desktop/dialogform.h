@@ -46,6 +46,8 @@ private:
     int MessageWidth() const;
     void TakeAll();
     void Follow();
+    void WatchChanges();
+    void ShowLive();
     void PutEnabled();
     bool PressEscape();
     void PressDefault();
@@ -71,6 +73,7 @@ private:
     DetailsPanel* details_ = nullptr;
     QLabel* notice_ = nullptr;
     QTimer noticeTimer_{};
+    QTimer liveTimer_{};
     QEventLoop* loop_ = nullptr;
     QFont desktopFont_{};
     int pressed_ = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,11 @@ struct DialogButton {
     std::string hint{};
 };
 
+// What a dialog shows while a person edits: called when the dialog comes up and after each change of an entry or a
+// selection (a moment later, so that typing stays smooth). It may set the values of labels, the rows of lists and grids,
+// and what is enabled; never what a person edits.
+using Live = std::function<void(Controls& controls)>;
+
 // Numbers of buttons are 1-based over the controls' own CommandButtons, in their order, then `buttons`.
 struct DialogModel {
     std::string name{};  // of a named dialog or list screen: its place and size are kept under it
@@ -30,6 +36,7 @@ struct DialogModel {
     std::vector<DialogButton> buttons{};
     Controls controls{};
     Followers followers{};
+    Live live{};
     int defaultButton = 1, escButton = 0, focusButton = 0;  // 0: none
     std::string suppressCaption{};                          // of a box under the message, "" without one
     bool suppressTicked = false;

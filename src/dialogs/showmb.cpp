@@ -129,6 +129,7 @@ DialogModel BuildModel(const Desk& desk, const Box& box, Controls controls) {
     model.helpId = box.helpId;
     model.options = ParseOptions(box.options);
     model.followers = box.followers;
+    model.live = box.live;
     model.controls = std::move(controls);
     for (std::string& caption : ButtonsOf(box.buttons).captions)
         model.buttons.push_back({.caption = std::move(caption)});

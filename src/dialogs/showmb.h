@@ -39,6 +39,7 @@ struct Box {
     std::string helpId{};
     std::string details{};
     Followers followers{};
+    Live live{};
 };
 
 struct Pressed {

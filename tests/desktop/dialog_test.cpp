@@ -368,5 +368,32 @@ TEST(DialogForm, AnEndFromOutsideIsNoYes) {
     QCoreApplication::exec();
 }
 
+TEST(DialogForm, ShowsAtOnceWhatAnEntryDoes) {
+    DialogModel model = OkCancel();
+    Add(model, "TextBox", "a", "3000").caption = "Entry";
+    Add(model, "Label", "");
+    Add(model, "ListBox", "-1", "3000|2000").caption = "Lines";
+    int calls = 0;
+    model.live = [&](dialogs::Controls& controls) {
+        ++calls;
+        controls[2].value = "is " + controls[1].value;
+        controls[3].rows = {{controls[1].value}, {"always"}};
+    };
+    RunWith(model, [&](QWidget& dialog) {
+        EXPECT_EQ(calls, 1);
+        auto& entry = The<QLineEdit>(dialog, "Entry");
+        QTest::keyClicks(&entry, "bc");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 1; }, 3000));
+        bool shown = false;
+        for (const QLabel* label : dialog.findChildren<QLabel*>())
+            shown = shown || label->text() == QLatin1String("is abc");
+        EXPECT_TRUE(shown);
+        EXPECT_EQ(entry.text(), QStringLiteral("abc"));
+        The<QPushButton>(dialog, "OK").click();
+    });
+    EXPECT_EQ(calls, 2);  // no call for what it set itself
+    EXPECT_EQ(model.controls[3].rows.front().front(), "abc");
+}
+
 }  // namespace
 }  // namespace desktop

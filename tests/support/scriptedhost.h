@@ -20,8 +20,11 @@ class ScriptedHost final : public dialogs::DialogHost {
 public:
     using Fill = std::function<void(dialogs::DialogModel&)>;
     // Presses the button of this caption (without "&"), after `fill` has entered what a person would.
-    void WillPress(std::string caption, Fill fill = {}) { script_.push_back({std::move(caption), 0, std::move(fill)}); }
-    void WillPressNumber(int button, Fill fill = {}) { script_.push_back({{}, button, std::move(fill)}); }
+    // `look` sees what the dialog shows of it.
+    void WillPress(std::string caption, Fill fill = {}, Fill look = {}) {
+        script_.push_back({std::move(caption), 0, std::move(fill), std::move(look)});
+    }
+    void WillPressNumber(int button, Fill fill = {}) { script_.push_back({{}, button, std::move(fill), {}}); }
     bool Done() const { return script_.empty(); }
 
     struct Shown {
@@ -47,7 +50,7 @@ private:
     struct Step {
         std::string caption{};
         int button = 0;
-        Fill fill{};
+        Fill fill{}, look{};
     };
     class Window final : public dialogs::DialogWindow {
     public:
@@ -62,6 +65,7 @@ private:
     };
 
     int Play(dialogs::DialogModel& model) {
+        if (model.live) model.live(model.controls);
         Shown now{model.title, model.message, model.problem, {}};
         for (int i = 1; i <= model.ButtonCount(); ++i)
             now.buttons.push_back(dialogs::PlainCaption(model.ButtonCaption(i)));
@@ -73,6 +77,8 @@ private:
         const Step step = script_.front();
         script_.pop_front();
         if (step.fill) step.fill(model);
+        if (step.fill && model.live) model.live(model.controls);
+        if (step.look) step.look(model);
         const int button = step.button != 0 ? step.button : model.ButtonCaptioned(step.caption);
         if (button == 0) {
             ADD_FAILURE() << "no button " << step.caption << " in: " << model.title << ": " << model.message;
