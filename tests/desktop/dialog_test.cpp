@@ -382,6 +382,7 @@ TEST(DialogForm, ShowsAtOnceWhatAnEntryDoes) {
     RunWith(model, [&](QWidget& dialog) {
         EXPECT_EQ(calls, 1);
         auto& entry = The<QLineEdit>(dialog, "Entry");
+        entry.deselect();
         QTest::keyClicks(&entry, "bc");
         EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 1; }, 3000));
         bool shown = false;
