@@ -175,7 +175,7 @@ int Report(Program& program, const ReportArguments& arguments) {
                                            DateText(facts.lastStamp) + ".");
         return kFailed;
     }
-    const reports::ReportGrid grid = reports::pShowReport(program.Env(), *outcome.results, kind, request.CntTopVals);
+    const reports::ReportGrid grid = reports::pShowReport({program.Env(), *outcome.results}, kind, request.CntTopVals);
     if (grid.rows.empty() && !grid.messages.empty()) return kFailed;
     if (arguments.as == "csv")
         Write(arguments, CsvText(grid, arguments.safe));

@@ -95,6 +95,13 @@ std::size_t GroupLists::Add(std::string_view name) {
     return groups_.size() - 1;
 }
 
+void GroupLists::Remove(std::size_t group) {
+    removed_.push_back(groups_[group].name);
+    groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(group));
+    namesChanged_ = true;
+    holders_.clear();
+}
+
 void GroupLists::Changed(std::size_t group) {
     groups_[group].changed = true;
     holders_.clear();
@@ -119,7 +126,7 @@ void GroupLists::RemoveMembers(std::size_t group, const std::unordered_set<std::
         Changed(group);
 }
 
-// The names come last: a name never stands without its members.
+// Names come behind new members and before removed ones go: a name never stands without its members.
 bool GroupLists::Save() {
     for (Group& group : groups_) {
         if (!group.changed) continue;
@@ -129,8 +136,11 @@ bool GroupLists::Save() {
     if (!namesChanged_) return true;
     std::vector<std::string> names;
     for (const Group& group : groups_) names.push_back(group.name);
-    namesChanged_ = !WriteList(ini_, {place_.section, place_.listKey, place_.file}, names);
-    return !namesChanged_;
+    if (!WriteList(ini_, {place_.section, place_.listKey, place_.file}, names)) return false;
+    namesChanged_ = false;
+    while (!removed_.empty() && (Find(removed_.back()) || ini_.IniErase(place_.section, removed_.back(), place_.file)))
+        removed_.pop_back();
+    return removed_.empty();
 }
 
 std::optional<std::string> AskGroupName(const Desk& desk, const GroupLists& groups, std::string_view item,

@@ -38,6 +38,7 @@ public:
     // What is wrong with the name of a new group, "" when nothing is.
     std::string NameProblem(std::string_view name) const;
     std::size_t Add(std::string_view name);
+    void Remove(std::size_t group);
     void SetMembers(std::size_t group, std::vector<std::string> members);
     // Members that stand there already are not put in twice.
     void AddMembers(std::size_t group, const std::vector<std::string>& members);
@@ -51,6 +52,7 @@ private:
     core::IniStore& ini_;
     GroupPlace place_;
     std::vector<Group> groups_{};
+    std::vector<std::string> removed_{};  // names whose members still stand in the file
     bool namesChanged_ = false;
     mutable std::unordered_map<std::string, std::vector<std::size_t>> holders_{};  // empty until it is asked for
 };

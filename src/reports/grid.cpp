@@ -3,6 +3,7 @@
 #include <array>
 
 #include "core/text.h"
+#include "reports/deviation.h"
 #include "reports/fieldtable.h"
 
 namespace reports {
@@ -27,6 +28,11 @@ constexpr int kValueWidth = 3000;
 constexpr int kWideValueWidth = 5000;
 constexpr std::array<std::int32_t, analysis::kMaxTargets> kTargetColours{0xFFC0C0, 0xC0FFFF, 0xFFC0FF, 0xFFFFC0};
 constexpr std::int32_t kSeparatorColour = 65535;
+// A column of users per day and the comparisons behind it share a colour.
+constexpr std::array<std::int32_t, 4> kDeviationColours{0xC0E0FF, 0xC0FFC0, 0xC0E0FF, 0xC0FFC0};
+constexpr int kUsersWidth = 900;
+constexpr int kCompareWidth = 660;
+constexpr int kHiddenWidth = 1;
 
 int Append(ReportGrid& grid, std::string header, int width, ColumnKind kind) {
     grid.columns.push_back({.header = std::move(header), .width = width, .kind = kind});
@@ -38,6 +44,18 @@ void AppendTarget(ReportGrid& grid, const analysis::Target& target) {
     Append(grid, "% of total", 550, ColumnKind::Percent);
     Append(grid, "% of stays", 550, ColumnKind::Percent);
     Append(grid, "", 60, ColumnKind::Separator);
+}
+
+void AppendDeviation(ReportGrid& grid, const Deviation& deviation) {
+    std::size_t colour = 0;
+    for (int column = 0; column < kDevColumns; ++column) {
+        const Deviation::ColumnFacts& facts = deviation.Facts(column);
+        if (facts.isValueCol) colour = (colour + 1) % kDeviationColours.size();
+        const int width = facts.isValueCol ? kUsersWidth : facts.isNoData ? kHiddenWidth : kCompareWidth;
+        const int number = Append(grid, facts.header, width, ColumnKind::Deviation);
+        grid.columns[static_cast<std::size_t>(number)].colour = kDeviationColours[colour];
+        if (column == 0) grid.dGCol_Deviation = number;
+    }
 }
 
 bool HasFileType(int field) {
@@ -68,7 +86,7 @@ std::string TargetLabel(const analysis::Target& target) {
     return (target.kind == analysis::kSize ? "*B " : "") + label;
 }
 
-void pBuildRepCols(ReportGrid& grid, const analysis::SrchTrmData& results) {
+void pBuildRepCols(ReportGrid& grid, const analysis::SrchTrmData& results, const Deviation* deviation) {
     const FieldRow* field = FindField(results.Analyzed_Field);
     grid.caption += ". // " + OneLine(GetDataDesc(results));
     grid.field = results.Analyzed_Field;
@@ -86,6 +104,7 @@ void pBuildRepCols(ReportGrid& grid, const analysis::SrchTrmData& results) {
     grid.dGcol_DistAlternate = distribution(options.ShowDist2, field->alternate, 4000);
     grid.dGcol_DistClickThru = distribution(options.ShowClickThru, "Surf thru to page", 4000);
     if (HasFileType(grid.field)) grid.dGCol_Ftype = Append(grid, "File Type", 900, ColumnKind::FileType);
+    if (deviation != nullptr) AppendDeviation(grid, *deviation);
 }
 
 void pFinishRepGrid(ReportGrid& grid) {

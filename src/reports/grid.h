@@ -11,8 +11,8 @@
 // A report as texts: what is shown, printed and exported. Cells are the only store of displayed numbers.
 namespace reports {
 
-enum class ColumnKind { Value, Count, Percent, Average, Separator, Distribution, FileType };
-enum class LineKind { Value, Rest, Gap, Total };
+enum class ColumnKind { Value, Count, Percent, Average, Separator, Distribution, FileType, Deviation };
+enum class LineKind { Value, Rest, Group, Gap, Total };
 
 struct Column {
     std::string header{};
@@ -56,8 +56,10 @@ struct ReportGrid {
     int dGcol_DistAlternate = -1;
     int dGcol_DistClickThru = -1;
     int dGCol_Ftype = -1;
+    int dGCol_Deviation = -1;
     std::string dPlotStartEndDate{};  // first date, "|", last date
     int lineHeight = kThinLine;
+    bool grouped = false;                 // ValIsGroupedRep
     std::vector<std::string> messages{};  // for the user
 
     std::string& Cell(std::size_t row, int column) { return rows[row].cells[static_cast<std::size_t>(column)]; }
@@ -67,8 +69,11 @@ struct ReportGrid {
     std::size_t AddRow(LineKind kind);  // gives its number, from 0
 };
 
-// Columns and header line; called once for a report, after its caption is set.
-void pBuildRepCols(ReportGrid& grid, const analysis::SrchTrmData& results);
+class Deviation;
+
+// Columns and header line; called once for a report, after its caption is set. Without `deviation` there are no such
+// columns.
+void pBuildRepCols(ReportGrid& grid, const analysis::SrchTrmData& results, const Deviation* deviation = nullptr);
 
 // Names of the target's pages in one text.
 std::string TargetLabel(const analysis::Target& target);

@@ -46,7 +46,8 @@ LineRecord SumDisplayed(const ReportGrid& grid) {
 
 }  // namespace
 
-void pAddRepRow(const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t valueIndex) {
+void pAddRepRow(const ReportSource& source, ReportGrid& grid, std::int32_t valueIndex) {
+    const analysis::SrchTrmData& results = source.results;
     const analysis::ResultTable& table = results.table;
     const auto at = static_cast<std::size_t>(valueIndex);
     const std::size_t row = grid.AddRow(LineKind::Value);
@@ -62,14 +63,17 @@ void pAddRepRow(const analysis::SrchTrmData& results, ReportGrid& grid, std::int
     for (std::size_t t = 0; t < grid.targets; ++t)
         if (at < table.TargetCnt[t].size()) WriteTarget(grid, row, t, table.TargetCnt[t][at], line);
     if (grid.dGCol_Ftype >= 0) grid.Cell(row, grid.dGCol_Ftype) = core::fTypeOf(table.STs[at]);
+    if (grid.dGCol_Deviation < 0 || source.deviation == nullptr) return;
+    Deviation::Cells cells = source.deviation->OfValue(table, valueIndex);
+    std::ranges::move(cells, grid.rows[row].cells.begin() + grid.dGCol_Deviation);
 }
 
-void pAddTopRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t numberToShow) {
-    const analysis::ResultTable& table = results.table;
+void pAddTopRows(const ReportSource& source, ReportGrid& grid, std::int32_t numberToShow) {
+    const analysis::ResultTable& table = source.results.table;
     if (!table.IsDim()) return;
     const std::optional<std::vector<std::int32_t>> top = fTopIdxs(table.Visitors, numberToShow);
     if (!top) {
-        Say(env, grid, "report.topfailed",
+        Say(source.env, grid, "report.topfailed",
             "Error when try to sort Values.\rTotal Values: " + std::to_string(table.STs.size()) + "\rNumber to Show: " +
                 std::to_string(numberToShow) + "\rUse Edit / Options to reduce number to be shown an try again.");
         return;
@@ -79,35 +83,35 @@ void pAddTopRows(core::Env& env, const analysis::SrchTrmData& results, ReportGri
     std::vector<std::int32_t> rest;
     for (std::int32_t index = 0; index <= table.UpperBound(); ++index) {
         if (selected[static_cast<std::size_t>(index)]) {
-            pAddRepRow(results, grid, index);
+            pAddRepRow(source, grid, index);
         } else {
             rest.push_back(index);
         }
     }
     SortByVisitors(grid);
-    if (!rest.empty()) pAddLine(env, rest, results, grid, kRest, true);
-    pAddTotalLine(env, results, grid, kTotal);
+    if (!rest.empty()) pAddLine(source, rest, grid, {LineKind::Rest, kRest});
+    pAddTotalLine(source, grid, kTotal);
 }
 
-void pAddAllRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid) {
-    if (!results.table.IsDim()) return;
-    for (std::int32_t index = 0; index <= results.table.UpperBound(); ++index) pAddRepRow(results, grid, index);
+void pAddAllRows(const ReportSource& source, ReportGrid& grid) {
+    if (!source.results.table.IsDim()) return;
+    for (std::int32_t index = 0; index <= source.results.table.UpperBound(); ++index) pAddRepRow(source, grid, index);
     SortByVisitors(grid);
-    pAddTotalLine(env, results, grid, kTotal);
+    pAddTotalLine(source, grid, kTotal);
 }
 
-void pAddRowsForIdxs(core::Env& env, std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results,
-                     ReportGrid& grid) {
-    if (!results.table.IsDim()) return;
+void pAddRowsForIdxs(const ReportSource& source, std::span<const std::int32_t> indexes, ReportGrid& grid) {
+    if (!source.results.table.IsDim()) return;
     for (const std::int32_t index : indexes)
-        if (index >= 0) pAddRepRow(results, grid, index);
+        if (index >= 0) pAddRepRow(source, grid, index);
     SortByVisitors(grid);
-    pAddTotalLine(env, results, grid, kTotal);
+    pAddTotalLine(source, grid, kTotal);
 }
 
-void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::string_view label) {
+void pAddTotalLine(const ReportSource& source, ReportGrid& grid, std::string_view label) {
     if (grid.rows.size() > kListLimit)
-        Say(env, grid, "report.toomanylines", "Too many lines. First " + std::to_string(kListLimit) + " added only.");
+        Say(source.env, grid, "report.toomanylines",
+            "Too many lines. First " + std::to_string(kListLimit) + " added only.");
     const LineRecord total = SumDisplayed(grid);
     for (std::size_t row = 0; row < grid.rows.size(); ++row)
         grid.Cell(row, kColShare) = PercentText(core::fNum(grid.Cell(row, kColVisitors)), total.LineVisitors, "0.0");
@@ -115,19 +119,20 @@ void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportG
     const std::size_t row = grid.AddRow(LineKind::Total);
     WriteCounts(grid, row, label, total);
     WriteTargets(grid, row, total);
-    grid.dPlotStartEndDate = results.days.Text(0) + "|" + results.days.Text(results.days.count - 1);
+    const analysis::DaysList& days = source.results.days;
+    grid.dPlotStartEndDate = days.Text(0) + "|" + days.Text(days.count - 1);
 }
 
-ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind,
-                       std::int32_t numberToShow) {
+ReportGrid pShowReport(const ReportSource& source, ReportKind kind, std::int32_t numberToShow) {
+    const analysis::SrchTrmData& results = source.results;
     ReportGrid grid;
     grid.caption = (kind == ReportKind::Top ? "Top " : "All ") + std::string(FieldName(results.Analyzed_Field)) +
                    "s. Site: " + results.siteName;
-    pBuildRepCols(grid, results);
+    pBuildRepCols(grid, results, source.deviation);
     if (kind == ReportKind::Top) {
-        pAddTopRows(env, results, grid, numberToShow);
+        pAddTopRows(source, grid, numberToShow);
     } else {
-        pAddAllRows(env, results, grid);
+        pAddAllRows(source, grid);
     }
     pFinishRepGrid(grid);
     return grid;

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "reports/deviation.h"
 #include "reports/grid.h"
 
 namespace core {
@@ -27,24 +28,34 @@ struct LineRecord {
 inline constexpr std::size_t kAddStayed = 1;
 inline constexpr std::size_t kAddTargets = 3;
 
+// What a report is drawn from. References only.
+struct ReportSource {
+    core::Env& env;
+    const analysis::SrchTrmData& results;
+    const Deviation* deviation = nullptr;  // none: a report without its columns
+};
+
 // One value's line at the bottom.
-void pAddRepRow(const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t valueIndex);
+void pAddRepRow(const ReportSource& source, ReportGrid& grid, std::int32_t valueIndex);
 // Value lines and, below the sorted block, the values that are left and the total. Negative `numberToShow`: all.
 // A failure leaves the grid without lines and tells why in its messages.
-void pAddTopRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::int32_t numberToShow);
-void pAddAllRows(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid);
+void pAddTopRows(const ReportSource& source, ReportGrid& grid, std::int32_t numberToShow);
+void pAddAllRows(const ReportSource& source, ReportGrid& grid);
 // Negative indexes are passed over.
-void pAddRowsForIdxs(core::Env& env, std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results,
-                     ReportGrid& grid);
-// One summing line. Values are told by their text: whatever value has a text of the list is summed.
-void pAddLine(core::Env& env, std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results,
-              ReportGrid& grid, std::string_view label, bool withDist);
+void pAddRowsForIdxs(const ReportSource& source, std::span<const std::int32_t> indexes, ReportGrid& grid);
+struct SummingLine {
+    LineKind kind = LineKind::Rest;
+    std::string_view label{};  // "": the values joined
+    bool withDist = true;
+};
+// One line that sums values. Values are told by their text: whatever value has a text of the list is summed.
+void pAddLine(const ReportSource& source, std::span<const std::int32_t> indexes, ReportGrid& grid,
+              const SummingLine& line);
 // A gap, the total, and the share of each line. Summed as displayed: the total average is made of rounded averages.
-void pAddTotalLine(core::Env& env, const analysis::SrchTrmData& results, ReportGrid& grid, std::string_view label);
+void pAddTotalLine(const ReportSource& source, ReportGrid& grid, std::string_view label);
 
-enum class ReportKind : int { Top = 1, All = 2 };
-// A finished report.
-ReportGrid pShowReport(core::Env& env, const analysis::SrchTrmData& results, ReportKind kind,
-                       std::int32_t numberToShow);
+enum class ReportKind : int { Top = 1, All = 2, Grouped = 3 };
+// A finished Top or All report; groups.h has the grouped one.
+ReportGrid pShowReport(const ReportSource& source, ReportKind kind, std::int32_t numberToShow);
 
 }  // namespace reports

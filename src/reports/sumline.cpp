@@ -95,15 +95,16 @@ std::string JoinTexts(std::span<const std::int32_t> indexes, const analysis::Src
 
 }  // namespace
 
-void pAddLine(core::Env& env, std::span<const std::int32_t> indexes, const analysis::SrchTrmData& results,
-              ReportGrid& grid, std::string_view label, bool withDist) {
-    const std::size_t row = grid.AddRow(LineKind::Rest);
-    const std::string shown = label.empty() ? JoinTexts(indexes, results) : std::string(label);
+void pAddLine(const ReportSource& source, std::span<const std::int32_t> indexes, ReportGrid& grid,
+              const SummingLine& line) {
+    const analysis::SrchTrmData& results = source.results;
+    const std::size_t row = grid.AddRow(line.kind);
+    const std::string shown = line.label.empty() ? JoinTexts(indexes, results) : std::string(line.label);
     grid.rowTable.PutST(shown, indexes);
     std::unordered_set<std::string_view> texts;
     for (const std::int32_t index : indexes) texts.insert(results.table.STs[static_cast<std::size_t>(index)]);
-    Summing sum(results, grid, withDist);
-    SumByText(env, texts, indexes.size(), results, sum);
+    Summing sum(results, grid, line.withDist);
+    SumByText(source.env, texts, indexes.size(), results, sum);
     sum.Write(grid, row, shown);
 }
 

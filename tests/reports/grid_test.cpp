@@ -7,49 +7,14 @@
 #include "reports/lines.h"
 #include "reports/summary.h"
 #include "reports/topidxs.h"
-#include "tests/analysis/testsite.h"
+#include "tests/reports/handmade.h"
 
 namespace reports {
 namespace {
 
-using Texts = std::vector<std::string>;
+using testsupport::Texts;
 
-// Results written down by hand, and what reports need around them.
-class Reports : public ::testing::Test {
-protected:
-    Reports() {
-        results.Analyzed_Field = analysis::kTerm;
-        results.siteName = "Shop";
-        results.days = {46000, 40};
-    }
-    std::int32_t Add(std::string_view value, std::int32_t visitors, std::int32_t stayed, std::int32_t pages,
-                     std::array<std::int32_t, 4> targets = {}, std::int32_t day = 0) {
-        return results.table.Result_Add(day, value,
-                                        {.visitors = visitors, .pages = pages, .stayed = stayed, .targets = targets},
-                                        results.Targets.size(), -1);
-    }
-    ReportGrid Show(ReportKind kind, std::int32_t number = 20) {
-        for (analysis::CrossTable* table : {&results.DistSE, &results.DistAlternate, &results.DistClickThru})
-            table->cross.Finish();
-        return pShowReport(env, results, kind, number);
-    }
-    static Texts Lines(const ReportGrid& grid) {
-        Texts lines;
-        for (const GridRow& row : grid.rows) {
-            std::string& line = lines.emplace_back();
-            for (const std::string& cell : row.cells) line += cell + ";";
-        }
-        return lines;
-    }
-
-    analysis::SrchTrmData results{};
-    testsupport::ScriptedUser user{};
-    testsupport::FakeProgress progress{};
-    core::IniStore ini{user};
-    testsupport::FixedClock clock{};
-    core::EventLog events{clock, ""};
-    core::Env env{ini, user, progress, events, clock};
-};
+class Reports : public testsupport::Handmade {};
 
 TEST_F(Reports, TopHasTheRestAndATotalOfWhatIsDisplayed) {
     Add("one", 3, 2, 5);
