@@ -102,6 +102,20 @@ void GroupLists::Remove(std::size_t group) {
     holders_.clear();
 }
 
+void GroupLists::Keep(const std::vector<std::string>& names) {
+    std::vector<Group> kept;
+    for (const std::string& name : names) {
+        const auto at = Find(name);
+        if (!at) continue;
+        kept.push_back(groups_[*at]);
+        groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(*at));
+    }
+    for (const Group& group : groups_) removed_.push_back(group.name);
+    groups_ = std::move(kept);
+    namesChanged_ = true;
+    holders_.clear();
+}
+
 void GroupLists::Changed(std::size_t group) {
     groups_[group].changed = true;
     holders_.clear();

@@ -39,6 +39,8 @@ public:
     std::string NameProblem(std::string_view name) const;
     std::size_t Add(std::string_view name);
     void Remove(std::size_t group);
+    // Exactly these, in this order; names of no group are passed over.
+    void Keep(const std::vector<std::string>& names);
     void SetMembers(std::size_t group, std::vector<std::string> members);
     // Members that stand there already are not put in twice.
     void AddMembers(std::size_t group, const std::vector<std::string>& members);

@@ -177,6 +177,15 @@ std::string NamedDialog::StoredText(int number, const Place& place) const {
     return core::CDSItem(place.item, text);
 }
 
+void NamedDialog::PutInFront(Controls controls) {
+    if (controls_.Count() == 0) return;  // damaged
+    const auto count = static_cast<std::size_t>(controls.Count());
+    for (const Control& control : controls_.All()) controls.Add(control);
+    controls_ = std::move(controls);
+    places_.insert(places_.begin(), count, Place{});
+    rules_.insert(rules_.begin(), count, std::string());
+}
+
 int NamedDialog::NumberOf(std::string_view entry) const {
     for (int number = 1; number <= controls_.Count(); ++number)
         if (core::fEquals(PlaceOf(number).entry, entry, core::Case::Ignore)) return number;
