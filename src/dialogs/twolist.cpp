@@ -52,7 +52,8 @@ TwoListScreen::TwoListScreen(const Desk& desk, core::Progress& progress, const T
       startRight_(std::move(right)),
       groups_(desk.ini, plan.groups),
       lists_(startLeft_, startRight_),
-      most_(MostItems(desk.ini, plan.maxNo)) {
+      most_(MostItems(desk.ini, plan.maxNo)),
+      option_(plan.option) {
     if (HasFilters()) rules_ = ReadRules(desk_.ini, plan_.filters);
     if (HasSkipList()) skip_ = ReadTexts(desk_.ini, plan_.skipList);
     if (!skip_.empty()) skipped_ = lists_.TakeLeft(RowsToSkip(startLeft_, skip_));
@@ -117,6 +118,13 @@ Controls TwoListScreen::MakeControls() {
     const int wordTextNo = add("Label", "");
     controls[wordTextNo].value = "Enter word and click button to select items containing word [s]:";
     wordNo_ = add("TextBox_", "", controls[wordTextNo].value);
+    if (plan_.options.empty()) return controls;
+    controls[add("Label", "")].value = plan_.optionsText;
+    for (const std::string& caption : plan_.options) {
+        const int number = add("OptionButton", "", caption);
+        if (firstOptionNo_ == 0) firstOptionNo_ = number;
+        controls[number].value = core::fBoolWord(number - firstOptionNo_ == option_);
+    }
     return controls;
 }
 
@@ -137,6 +145,7 @@ DialogModel TwoListScreen::Model() {
         MBAddBtn(Caption(act), box.buttons);
         shown_.push_back(&act);
     }
+    for (const TwoListButton& button : plan_.buttons) MBAddBtn(button.caption, box.buttons);
     box.defaultNo = MBAddBtn("&OK", box.buttons);
     MBAddBtn("&Cancel", box.buttons);
     DialogModel model = BuildModel(desk_, box, MakeControls());
@@ -145,36 +154,69 @@ DialogModel TwoListScreen::Model() {
 }
 
 TwoListResult TwoListScreen::Result(int button, bool ok) {
-    if (!ok) return {button, false, false, startLeft_, startRight_};
-    return {button, true, changed_, SideOf(lists_.Left()), SideOf(lists_.Right())};
+    if (!ok) return {button, false, false, startLeft_, startRight_, plan_.option};
+    return {button, true, changed_, SideOf(lists_.Left()), SideOf(lists_.Right()), option_};
+}
+
+Rows TwoListScreen::ShownSide(const Choices& list) const {
+    Rows rows = ShownChoices(list);
+    for (std::size_t i = 0; plan_.showKeys && i < rows.size(); ++i)
+        if (!list[i].key.empty()) rows[i][0] += "  [" + list[i].key + "]";
+    return rows;
 }
 
 void TwoListScreen::Show(Controls& controls) const {
     const auto count = [](const Choices& list) { return core::CountText(static_cast<double>(list.size())); };
-    controls[leftNo_].rows = ShownChoices(lists_.Left());
-    controls[rightNo_].rows = ShownChoices(lists_.Right());
+    controls[leftNo_].rows = ShownSide(lists_.Left());
+    controls[rightNo_].rows = ShownSide(lists_.Right());
     controls[leftTextNo_].value = plan_.item + "s: [" + count(lists_.Left()) + "]";
     controls[rightTextNo_].value = plan_.item + "(s) Selected: [" + count(lists_.Right()) + "]";
     controls[leftNo_].Select(leftRows_);
     controls[rightNo_].Select(rightRows_);
 }
 
+void TwoListScreen::ReadControls(const Controls& controls) {
+    leftRows_ = controls[leftNo_].Selected();
+    rightRows_ = controls[rightNo_].Selected();
+    word_ = controls[wordNo_].value;
+    const int before = option_;
+    for (int i = 0; i < static_cast<int>(plan_.options.size()); ++i)
+        if (controls[firstOptionNo_ + i].Ticked()) option_ = i;
+    if (option_ != before) changed_ = true;
+}
+
+void TwoListScreen::Press(int button) {
+    const auto number = static_cast<std::size_t>(button - 1);
+    if (number < shown_.size()) return (this->*shown_[number]->run)();
+    PressCallers(plan_.buttons[number - shown_.size()]);
+}
+
+void TwoListScreen::PressCallers(const TwoListButton& button) {
+    TwoListState state{SideOf(lists_.Left()), SideOf(lists_.Right()), skip_};
+    const ListSide skipped = SideOf(skipped_);
+    state.left.texts.insert(state.left.texts.end(), skipped.texts.begin(), skipped.texts.end());
+    state.left.keys.insert(state.left.keys.end(), skipped.keys.begin(), skipped.keys.end());
+    if (!button.run(state)) return;
+    lists_ = ChoiceLists(state.left, state.right);
+    skipped_ = skip_.empty() ? Choices() : lists_.TakeLeft(RowsWithTexts(lists_.Left(), skip_));
+    leftRows_.clear();
+    rightRows_.clear();
+}
+
 TwoListResult TwoListScreen::Run() {
     DialogModel model = Model();
     Show(model.controls);
     const std::unique_ptr<DialogWindow> window = desk_.host.Open(model);
-    const int ok = static_cast<int>(shown_.size()) + 1;
+    const int ok = OkNumber();
     for (;;) {
         const int button = window->Run();
-        leftRows_ = model.controls[leftNo_].Selected();
-        rightRows_ = model.controls[rightNo_].Selected();
-        word_ = model.controls[wordNo_].value;
+        ReadControls(model.controls);
         const Exit exit = button < ok ? Exit::Stay : button == ok ? Exit::Save : AskExit();
         if (exit == Exit::Drop || (exit == Exit::Save && Leave())) {
             KeepLook(desk_, model);
             return Result(exit == Exit::Save ? ok : button, exit == Exit::Save);
         }
-        if (button < ok) (this->*shown_[static_cast<std::size_t>(button - 1)]->run)();
+        if (button < ok) Press(button);
         Show(model.controls);
         window->Update();
     }
@@ -199,6 +241,7 @@ TwoListScreen::Exit TwoListScreen::AskExit() const {
 
 bool TwoListScreen::Leave() {
     CutRight();
+    if (plan_.mayEnd && !plan_.mayEnd(SideOf(lists_.Right()), option_)) return false;
     OfferFilters();
     return SaveAll();
 }

@@ -54,6 +54,11 @@ private:
     Controls MakeControls();
     DialogModel Model();
     void Show(Controls& controls) const;
+    void ReadControls(const Controls& controls);
+    int OkNumber() const { return static_cast<int>(shown_.size() + plan_.buttons.size()) + 1; }
+    void Press(int button);
+    void PressCallers(const TwoListButton& button);
+    Rows ShownSide(const Choices& list) const;
     enum class Exit { Stay, Save, Drop };
     Exit AskExit() const;  // Cancel was pressed
     bool Leave();          // true when everything is saved
@@ -115,6 +120,7 @@ private:
 
     std::vector<const Act*> shown_{};  // in the order of the buttons
     int hintNo_ = 0, groupNo_ = 0, leftTextNo_ = 0, rightTextNo_ = 0, leftNo_ = 0, rightNo_ = 0, wordNo_ = 0;
+    int firstOptionNo_ = 0, option_ = 0;
     std::vector<int> leftRows_{}, rightRows_{};  // selected
     std::string word_{};
 };

@@ -292,6 +292,46 @@ TEST_F(TwoListTest, OffersTypedValuesAsFilters) {
     EXPECT_EQ(ReadRules(ini, plan.filters).back().rule, "a&b");
 }
 
+TEST_F(TwoListTest, TheCallersButtonsOptionsAndConsent) {
+    plan.skipList = {"Main", "Skip", folder.File("s.ini")};
+    ASSERT_TRUE(WriteTexts(ini, plan.skipList, {"c"}));
+    plan.options = {"&All of them", "An&y"};
+    plan.option = 1;
+    plan.showKeys = true;
+    plan.buttons = {{"&Look", [](TwoListState& state) { return state.left.texts.empty(); }},
+                    {"&Halve", [](TwoListState& state) {
+                         EXPECT_EQ(state.left.texts, (Items{"b", "c"}));  // what is skipped, too
+                         EXPECT_EQ(state.skip, Items{"c"});
+                         state.left = {{"c", "d"}, {"3", "4"}};
+                         return true;
+                     }}};
+    int asked = 0;
+    plan.mayEnd = [&](const ListSide& right, int option) {
+        EXPECT_EQ(right.texts, Items{"a"});
+        EXPECT_EQ(option, 0);
+        return ++asked == 2;
+    };
+    host.WillPress("Look");
+    host.WillPress("Add -->", [](DialogModel& model) {
+        EXPECT_EQ(List(model, Side::Left).rows, (Rows{{"a  [1]"}, {"b"}}));
+        List(model, Side::Left).Select({0});
+    });
+    host.WillPress("Halve");
+    host.WillPress("OK", [](DialogModel& model) {
+        EXPECT_EQ(List(model, Side::Left).rows, (Rows{{"d  [4]"}}));
+        std::vector<Control>& all = model.controls.All();
+        EXPECT_TRUE(all.back().Ticked());
+        all[all.size() - 2].value = "True";
+        all.back().value = "False";
+    });
+    Ok();
+    const TwoListResult result = TwoListSelect(desk, progress, plan, {{"a", "b", "c"}, {"1"}}, {});
+    EXPECT_TRUE(result.ok && result.changed);
+    EXPECT_EQ(result.option, 0);
+    EXPECT_EQ(result.left.texts, Items{"d"});
+    EXPECT_EQ(result.right.keys, Items{"1"});
+}
+
 TEST_F(TwoListTest, AFailedWriteKeepsTheScreenUp) {
     UseGroups();
     plan.groups.file = "/proc/no/such/g.ini";
