@@ -47,6 +47,18 @@ bool WantsVisits(core::Env& env, const logread::ReadOutcome& read) {
     return !answer.Cancelled();
 }
 
+visits::VisitsOutcome BuildVisits(core::Env& env, sitedb::Site& site, const ProgramFiles& program) {
+    const logdefs::SearchEngines engines = logdefs::SearchEngines::SEDefsLoad(env.ini, program.Engines());
+    return visits::VisitsAdd(env, site, engines);
+}
+
+// Says what could not be recorded.
+std::string Told(core::Env& env, const AddRecorder& recorder) {
+    const std::string& failure = recorder.Failure();
+    if (!failure.empty()) env.user.Tell("AddRecordIncomplete", std::string(kNotRecorded) + failure);
+    return failure;
+}
+
 }  // namespace
 
 logdefs::FilterFiles FilterFilesOf(const ProgramFiles& program, const sitedb::SitePaths& site) {
@@ -61,6 +73,7 @@ int AddOutcome::Status() const {
 
 AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request) {
     AddOutcome outcome;
+    outcome.preprocessSeconds = request.preprocessSeconds;
     const logdefs::FilterFiles files = FilterFilesOf(program, site.Paths());
     const logdefs::FilterSwitches switches = SwitchesOf(env, files, request);
     logdefs::AddFilters filters = logdefs::FltrLoadAddFilters(env.ini, files, switches);
@@ -70,17 +83,16 @@ AddOutcome AddLogData(core::Env& env, sitedb::Site& site, const ProgramFiles& pr
     outcome.format =
         request.format.empty() ? env.ini.IniGet("Main", "LFmtDflt", site.Paths().lastVals) : request.format;
     read.defaultFormat = outcome.format;
-    AddRecorder recorder(env, site, {read.files, switches, files});
-    recorder.ReadStarts();
+    AddRecorder recorder(env, site, {read.files, switches, files, request.preprocessSeconds});
+    recorder.AddStarts();
+    read.events = &recorder;
     outcome.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
     recorder.ReadEnds(outcome.read);
     // What failed for the lines would fail for their visits: one message, and the lines wait.
     outcome.visitsWanted = !outcome.read.storeFailed && WantsVisits(env, outcome.read);
-    if (outcome.visitsWanted) outcome.visits = ResumeAdd(env, site, program);
+    if (outcome.visitsWanted) outcome.visits = BuildVisits(env, site, program);
     if (outcome.visitsWanted && outcome.visits.done) recorder.AddEnds(outcome.read, outcome.visits);
-    outcome.recordError = recorder.Failure();
-    if (!outcome.recordError.empty())
-        env.user.Tell("AddRecordIncomplete", std::string(kNotRecorded) + outcome.recordError);
+    outcome.recordError = Told(env, recorder);
     return outcome;
 }
 
@@ -102,8 +114,12 @@ std::optional<visits::VisitsOutcome> VisitsAdd_Resume(core::Env& env, sitedb::Si
 }
 
 visits::VisitsOutcome ResumeAdd(core::Env& env, sitedb::Site& site, const ProgramFiles& program) {
-    const logdefs::SearchEngines engines = logdefs::SearchEngines::SEDefsLoad(env.ini, program.Engines());
-    return visits::VisitsAdd(env, site, engines);
+    AddRecorder recorder(env, site, {});
+    visits::VisitsOutcome visits = BuildVisits(env, site, program);
+    if (!visits.done) return visits;
+    recorder.ResumeEnds(visits);
+    Told(env, recorder);
+    return visits;
 }
 
 }  // namespace adddata

@@ -37,13 +37,15 @@ struct AddRequest {
     bool NoPromptInvalid = false;
     bool NoPromptOverlap = false;
     bool Keep404List = false;
+    std::optional<double> preprocessSeconds{};  // what a search for robots before this add took
 };
 
 struct AddOutcome {
     std::vector<std::string> warnings{};  // told before the read
     std::string format{};                 // default format of the call
     logread::ReadOutcome read{};
-    bool visitsWanted = true;  // false: left for later, by the user or a failure; the mark stands
+    std::optional<double> preprocessSeconds{};  // as requested
+    bool visitsWanted = true;                   // false: left for later, by the user or a failure; the mark stands
     visits::VisitsOutcome visits{};
     std::string recordError{};  // why the records of the add are not whole; told, and no failure of the add
     // 0 done, 1 something failed or was refused, 3 stopped by the user.

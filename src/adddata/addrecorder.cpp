@@ -10,7 +10,6 @@
 #include "core/env.h"
 #include "core/error.h"
 #include "core/inistore.h"
-#include "core/like.h"
 #include "core/ports.h"
 
 namespace adddata {
@@ -18,13 +17,12 @@ namespace {
 
 constexpr double kSecondsOfDay = 86400;
 constexpr std::string_view kFilterOff = "filter not selected";
+constexpr std::string_view kStartFile = "START Read File.";
+constexpr std::string_view kEndAdd = "END ADD";
+constexpr std::size_t kLookedBack = 200;        // records of the log
 constexpr std::string_view kDateOfList = "..";  // the list's start line has the date
 
 std::string& At(AddLogRecord& record, std::size_t column) { return record.fields[column]; }
-
-bool IsWildcard(const logdefs::LogFileSpec& spec) {
-    return spec.file.find('*') != std::string::npos && !core::IsRegularFile(spec.file);
-}
 
 // The counters of one file in the form of those of all.
 logread::AllCounters CountersOf(const logread::FileCounters& file) {
@@ -42,6 +40,7 @@ logread::AllCounters CountersOf(const logread::FileCounters& file) {
     return all;
 }
 
+// Both forms of both moments.
 void SetDates(AddLogRecord& record, double first, double last) {
     At(record, AddLogAt("firstDate")) = AddLogDate(first);
     At(record, AddLogAt("lastDate")) = AddLogDate(last);
@@ -49,8 +48,28 @@ void SetDates(AddLogRecord& record, double first, double last) {
     At(record, AddLogAt("lastLogLine")) = AddLogSort(last);
 }
 
-bool HasProblems(const logread::ProblemList& problems, const std::string& file) {
-    return std::ranges::find(problems.Files(), file, &logread::ProblemList::File::name) != problems.Files().end();
+// The digits of a time as a date, whether there is such a day or not: 0000-00-00 00:00.00
+std::string StampText(std::int64_t stamp) {
+    constexpr std::string_view kForm = "0000-00-00 00:00.00";
+    std::string text(kForm);
+    for (std::size_t i = text.size(); i-- > 0;) {
+        if (kForm[i] != '0') continue;
+        text[i] = static_cast<char>('0' + stamp % 10);
+        stamp /= 10;
+    }
+    return text;
+}
+
+double MomentOf(std::int64_t stamp) {
+    const auto digits = static_cast<double>(stamp);
+    return core::TS_Date(digits) + core::TS_Time(digits) / kSecondsOfDay;
+}
+
+void SetStamps(AddLogRecord& record, std::int64_t first, std::int64_t last) {
+    if (first == 0) return;
+    SetDates(record, MomentOf(first), MomentOf(last));
+    At(record, AddLogAt("firstLogLine")) = StampText(first);
+    At(record, AddLogAt("lastLogLine")) = StampText(last);
 }
 
 std::string SpecsText(const std::vector<logdefs::LogFileSpec>& specs) {
@@ -59,26 +78,17 @@ std::string SpecsText(const std::vector<logdefs::LogFileSpec>& specs) {
     return core::CDSJoinPlain(items);
 }
 
-// How many of the files from `at` on came from this item. Those of a wildcard follow each other by name.
-std::size_t FilesOfItem(const logdefs::LogFileSpec& spec, const std::vector<logread::FileRecord>& files,
-                        std::size_t at) {
-    if (!IsWildcard(spec)) return at < files.size() ? 1 : 0;
-    const std::string folder = core::fPathOf(spec.file), pattern = core::fNameOf(spec.file);
-    std::size_t count = 0;
-    for (; at + count < files.size(); ++count) {
-        const std::string& name = files[at + count].FileName;
-        if (core::fPathOf(name) != folder || !core::Like(core::fNameOf(name), pattern)) break;
-        if (count > 0 && name <= files[at + count - 1].FileName) break;
-    }
-    return count;
+// " [List 1/2 3/4]": which item of how many, which of its files. Of a list of one item nothing.
+std::string ListText(const logread::ReadPlace& place) {
+    if (place.items < 2) return {};
+    return " [List " + std::to_string(place.item) + "/" + std::to_string(place.items) + " " +
+           std::to_string(place.file) + "/" + std::to_string(place.files) + "]";
 }
 
 }  // namespace
 
 AddRecorder::AddRecorder(core::Env& env, sitedb::Site& site, AddRecordRequest request)
-    : env_(env), site_(site), request_(std::move(request)), start_(env.clock.Now()) {
-    list_ = request_.files.size() > 1 || std::ranges::any_of(request_.files, IsWildcard);
-}
+    : env_(env), site_(site), request_(std::move(request)), start_(env.clock.Now()) {}
 
 void AddRecorder::Note(const core::Result& result) {
     if (!result && failure_.empty()) failure_ = result.error;
@@ -96,8 +106,8 @@ void AddRecorder::Try(const Step& step) {
     }
 }
 
-void AddRecorder::LogAddRecord(std::span<const AddLogRecord> records) {
-    if (!records.empty()) Note(AppendAddLog(AddLogFile(site_.Paths()), records));
+void AddRecorder::LogAddRecord(const AddLogRecord& record) {
+    Note(AppendAddLog(AddLogFile(site_.Paths()), {&record, 1}));
 }
 
 AddLogRecord AddRecorder::Base(double moment) const {
@@ -107,18 +117,21 @@ AddLogRecord AddRecorder::Base(double moment) const {
     return record;
 }
 
-void AddRecorder::ReadStarts() {
+void AddRecorder::AddStarts() {
+    if (!request_.switches.skipRobots) return;
     Try([&] {
-        if (request_.switches.skipRobots) {
-            robots_ = CopyRobotFilter(env_.ini, request_.filters.robots, site_.Paths());
-            Note(robots_.result);
-        }
-        if (!list_) return;
+        robots_ = CopyRobotFilter(env_.ini, request_.filters.robots, site_.Paths());
+        Note(robots_.result);
+    });
+}
+
+void AddRecorder::ListStarts() {
+    Try([&] {
         AddLogRecord record = Base(start_);
         At(record, AddLogAt("fileSpec")) = "** Start ADD **";
         At(record, AddLogAt("action")) = "START ADD";
         At(record, AddLogAt("fullFileName")) = SpecsText(request_.files);
-        LogAddRecord({&record, 1});
+        LogAddRecord(record);
     });
 }
 
@@ -148,62 +161,63 @@ void AddRecorder::SetCounters(AddLogRecord& record, const logread::AllCounters& 
     flag(AddLogAt("skip4xx5xx"), options.Skip404);
 }
 
-// " [List 1/2 3/4]" for each file: which item of how many, which of its files. Of a list of one item nothing.
-std::vector<std::string> AddRecorder::ListTexts(const std::vector<logread::FileRecord>& files) const {
-    std::vector<std::string> texts;
-    const std::size_t items = request_.files.size();
-    for (std::size_t item = 0; items > 1 && item < items; ++item) {
-        const std::size_t count = FilesOfItem(request_.files[item], files, texts.size());
-        for (std::size_t i = 1; i <= count; ++i)
-            texts.push_back(" [List " + std::to_string(item + 1) + "/" + std::to_string(items) + " " +
-                            std::to_string(i) + "/" + std::to_string(count) + "]");
+// The record of all problems so far is stored when it has grown by half, and at the end: a killed add keeps most of
+// them, and a thousand bad files do not cost a thousand times all.
+void AddRecorder::KeepProblems(const logread::ProblemList& problems, bool all) {
+    const std::size_t count = problems.Files().size();
+    if (count == 0 || (!all && count < problemsKept_ + problemsKept_ / 2 + 1)) return;
+    const std::string file = ProblemStoreFile(site_.Paths());
+    if (problems_ > 0) {
+        Note(StoreProblemsAgain(env_.ini, file, problems_, problems));
+    } else if (problemsKept_ == 0 || all) {
+        const ProblemRecord record = StoreProblems(env_.ini, file, problems);
+        problems_ = record.number;
+        Note(record.result);
     }
-    texts.resize(files.size());
-    return texts;
+    problemsKept_ = count;
 }
 
-AddLogRecord AddRecorder::FileStarted(const logread::FileRecord& file, double moment, bool problems) const {
-    AddLogRecord record = Base(moment);
-    if (list_) At(record, AddLogAt("date")) = kDateOfList;
-    At(record, AddLogAt("fileSpec")) = "Start Read File: " + file.FileName;
-    At(record, AddLogAt("action")) = "START Read File.";
-    At(record, AddLogAt("fullFileName")) = file.FileName;
-    if (problems) At(record, AddLogAt("problems")) = std::to_string(problems_);
-    SetDates(record, file.counters.FirstDate, file.counters.LineDateTime);
-    return record;
+// The number of the record with a file's problems, nothing when it has none.
+std::string AddRecorder::ProblemsOf(const std::string& file, const logread::ProblemList& problems) {
+    if (!problems.Has(file)) return std::string(kNoField);
+    Try([&] { KeepProblems(problems, false); });
+    return problems_ > 0 ? std::to_string(problems_) : std::string(kNoField);
 }
 
-AddLogRecord AddRecorder::FileDone(AddLogRecord record, const logread::FileRecord& file, const Span& time,
-                                   const std::string& listText) const {
-    const std::string elapsed = core::fElapsedText(time.begun, time.ended);
-    At(record, AddLogAt("fileSpec")) = file.FileName;
-    At(record, AddLogAt("action")) = (file.stopped ? "File Read Stopped." : "Done. Read File. " + elapsed) + listText;
-    At(record, AddLogAt("addedDay")) = AddLogSort(time.ended);
-    At(record, AddLogAt("minsAddData")) = elapsed;
-    SetCounters(record, CountersOf(file.counters), file.overlapped);
-    return record;
+void AddRecorder::FileStarts(const logread::FileRecord& file, const logread::ReadPlace& place,
+                             const logread::ProblemList& problems) {
+    Try([&] {
+        fileStart_ = env_.clock.Now();
+        file_ = Base(fileStart_);
+        if (place.list) At(file_, AddLogAt("date")) = kDateOfList;
+        At(file_, AddLogAt("fileSpec")) = "Start Read File: " + file.FileName;
+        At(file_, AddLogAt("action")) = kStartFile;
+        At(file_, AddLogAt("fullFileName")) = file.FileName;
+        At(file_, AddLogAt("problems")) = ProblemsOf(file.FileName, problems);
+        SetStamps(file_, file.firstStamp, file.lastStamp);
+        LogAddRecord(file_);
+    });
+}
+
+void AddRecorder::FileEnds(const logread::FileRecord& file, const logread::ReadPlace& place,
+                           const logread::ProblemList& problems) {
+    Try([&] {
+        AddLogRecord record = file_;
+        const double end = fileStart_ + file.seconds / kSecondsOfDay;
+        const std::string elapsed = core::fElapsedText(fileStart_, end);
+        At(record, AddLogAt("fileSpec")) = file.FileName;
+        At(record, AddLogAt("action")) =
+            (file.stopped ? "File Read Stopped." : "Done. Read File. " + elapsed) + ListText(place);
+        At(record, AddLogAt("addedDay")) = AddLogSort(end);
+        At(record, AddLogAt("minsAddData")) = elapsed;
+        At(record, AddLogAt("problems")) = ProblemsOf(file.FileName, problems);
+        SetCounters(record, CountersOf(file.counters), file.overlapped);
+        LogAddRecord(record);
+    });
 }
 
 void AddRecorder::ReadEnds(const logread::ReadOutcome& read) {
-    Try([&] {
-        const ProblemRecord problems = StoreProblems(env_.ini, ProblemStoreFile(site_.Paths()), read.problems);
-        problems_ = problems.number;
-        Note(problems.result);
-    });
-    Try([&] {
-        const std::vector<std::string> listTexts = ListTexts(read.files);
-        std::vector<AddLogRecord> records;
-        Span time{start_, start_};
-        for (std::size_t i = 0; i < read.files.size(); ++i) {
-            const logread::FileRecord& file = read.files[i];
-            time.begun = time.ended;
-            time.ended += file.seconds / kSecondsOfDay;
-            const bool problems = problems_ > 0 && HasProblems(read.problems, file.FileName);
-            records.push_back(FileStarted(file, time.begun, problems));
-            if (!file.skipped) records.push_back(FileDone(records.back(), file, time, listTexts[i]));
-        }
-        LogAddRecord(records);
-    });
+    Try([&] { KeepProblems(read.problems, true); });
 }
 
 // What each family was given to work with; of one that is off, that it is.
@@ -228,29 +242,61 @@ void AddRecorder::SetFilters(AddLogRecord& record) const {
     At(record, AddLogAt("robotFilterCopy")) = robots_.name;
 }
 
-AddLogRecord AddRecorder::Totals(const logread::ReadOutcome& read) {
+AddLogRecord AddRecorder::Totals(bool whole) const {
     const double now = env_.clock.Now();
     AddLogRecord record = Base(now);
-    At(record, AddLogAt("date")) = std::string("** ") + (read.ok ? "" : "Part ") + "Done **";
+    At(record, AddLogAt("date")) = std::string("** ") + (whole ? "" : "Part ") + "Done **";
     At(record, AddLogAt("fileSpec")) = "** End ADD ** Totals. All Files.";
-    At(record, AddLogAt("action")) = "END ADD";
-    At(record, AddLogAt("fullFileName")) = SpecsText(request_.files);
+    At(record, AddLogAt("action")) = kEndAdd;
     At(record, AddLogAt("minsAddData")) = core::fElapsedText(start_, now);
-    SetCounters(record, read.totals, std::ranges::any_of(read.files, &logread::FileRecord::overlapped));
-    if (problems_ > 0) At(record, AddLogAt("problems")) = std::to_string(problems_);
-    SetFilters(record);
     return record;
+}
+
+void AddRecorder::LogTotals(AddLogRecord record, const visits::VisitsOutcome& visits) {
+    Try([&] {
+        const SavedSummary summary = SaveEngineSummary(env_.ini, site_.Paths(), visits.foundTerms);
+        Note(summary.result);
+        At(record, AddLogAt("engineSummary")) = summary.name;
+    });
+    LogAddRecord(record);
 }
 
 void AddRecorder::AddEnds(const logread::ReadOutcome& read, const visits::VisitsOutcome& visits) {
     Try([&] {
-        AddLogRecord record = Totals(read);
-        Try([&] {
-            const SavedSummary summary = SaveEngineSummary(env_.ini, site_.Paths(), visits.foundTerms);
-            Note(summary.result);
-            At(record, AddLogAt("engineSummary")) = summary.name;
-        });
-        LogAddRecord({&record, 1});
+        AddLogRecord record = Totals(read.ok);
+        At(record, AddLogAt("fullFileName")) = SpecsText(request_.files);
+        if (request_.preprocessSeconds)
+            At(record, AddLogAt("minsPreProcess")) =
+                core::fElapsedText(start_, start_ + *request_.preprocessSeconds / kSecondsOfDay);
+        SetCounters(record, read.totals, std::ranges::any_of(read.files, &logread::FileRecord::overlapped));
+        if (problems_ > 0) At(record, AddLogAt("problems")) = std::to_string(problems_);
+        SetFilters(record);
+        LogTotals(std::move(record), visits);
+    });
+}
+
+// Which files an add had that never came to its totals, and the number of their problems, stands in what it wrote.
+void AddRecorder::SetUnfinished(AddLogRecord& record) const {
+    const std::vector<AddLogRecord> log = ReadAddLog(AddLogFile(site_.Paths()), kLookedBack).records;
+    std::vector<std::string> names;
+    for (auto at = log.rbegin(); at != log.rend(); ++at) {
+        const auto& fields = at->fields;
+        if (fields[AddLogAt("action")] == kEndAdd) break;
+        std::string& problems = At(record, AddLogAt("problems"));
+        if (problems == kNoField) problems = fields[AddLogAt("problems")];
+        if (fields[AddLogAt("action")] == kStartFile) names.push_back(fields[AddLogAt("fullFileName")]);
+    }
+    std::ranges::reverse(names);
+    if (!names.empty()) At(record, AddLogAt("fullFileName")) = core::CDSJoinPlain(core::StrArray(0, std::move(names)));
+}
+
+void AddRecorder::ResumeEnds(const visits::VisitsOutcome& visits) {
+    Try([&] {
+        AddLogRecord record = Totals(true);
+        At(record, AddLogAt("linesAdded")) = At(record, AddLogAt("acceptLines")) =
+            AddLogCount(static_cast<double>(visits.lines));
+        Try([&] { SetUnfinished(record); });
+        LogTotals(std::move(record), visits);
     });
 }
 

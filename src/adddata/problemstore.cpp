@@ -22,26 +22,36 @@ long NextNumber(core::IniStore& ini, const std::string& file) {
     return number;
 }
 
+bool Put(core::IniStore& ini, const std::string& section, const std::string& file,
+         const logread::ProblemList& problems) {
+    core::StrArray names(0, {}), lists(0, {});
+    for (const logread::ProblemList::File& item : problems.Files()) {
+        names.Append(item.name);
+        lists.Append(core::CDSJoinPlain(core::StrArray(0, item.texts)));
+    }
+    return ini.IniPutWhole(section, "PAFNs", core::CDSJoinPlain(names), file, core::OnFail::Ignore) &&
+           ini.IniPutWhole(section, "descs", core::CDSJoin(lists, kDescsForm, 0), file, core::OnFail::Ignore);
+}
+
+core::Result NotWritten(const std::string& file) { return {false, "This file cannot be written: " + file}; }
+
 }  // namespace
 
 std::string ProblemStoreFile(const sitedb::SitePaths& site) { return core::fPathOf(site.lastVals).append(kName); }
 
 ProblemRecord StoreProblems(core::IniStore& ini, const std::string& file, const logread::ProblemList& problems) {
     if (problems.Files().empty()) return {};
-    core::StrArray names(0, {}), lists(0, {});
-    for (const logread::ProblemList::File& item : problems.Files()) {
-        names.Append(item.name);
-        lists.Append(core::CDSJoinPlain(core::StrArray(0, item.texts)));
-    }
     const long number = NextNumber(ini, file);
     const std::string section = std::to_string(number);
-    const bool stored =
-        ini.IniPutWhole(section, "PAFNs", core::CDSJoinPlain(names), file, core::OnFail::Ignore) &&
-        ini.IniPutWhole(section, "descs", core::CDSJoin(lists, kDescsForm, 0), file, core::OnFail::Ignore) &&
-        ini.IniPut("Main", kMaxNo, section, file, core::OnFail::Ignore);
-    if (stored) return {{}, number};
+    if (Put(ini, section, file, problems) && ini.IniPut("Main", kMaxNo, section, file, core::OnFail::Ignore))
+        return {{}, number};
     ini.IniEraseSection(section, file, core::OnFail::Ignore);
-    return {{false, "This file cannot be written: " + file}, 0};
+    return {NotWritten(file), 0};
+}
+
+core::Result StoreProblemsAgain(core::IniStore& ini, const std::string& file, long number,
+                                const logread::ProblemList& problems) {
+    return Put(ini, std::to_string(number), file, problems) ? core::Result{} : NotWritten(file);
 }
 
 std::vector<logread::ProblemList::File> ReadProblems(core::IniStore& ini, const std::string& file, long number) {

@@ -24,6 +24,9 @@ struct ProblemRecord {
 };
 // Takes the next number. A record that cannot be stored whole is taken out again.
 ProblemRecord StoreProblems(core::IniStore& ini, const std::string& file, const logread::ProblemList& problems);
+// Writes the record of a number anew, with what has come since.
+core::Result StoreProblemsAgain(core::IniStore& ini, const std::string& file, long number,
+                                const logread::ProblemList& problems);
 
 // The record of a number, none when there is no such.
 std::vector<logread::ProblemList::File> ReadProblems(core::IniStore& ini, const std::string& file, long number);

@@ -5,10 +5,12 @@
 
 #include "adddata/robots.h"
 #include "cli/output.h"
+#include "cli/standardinput.h"
 #include "cli/suggest.h"
 #include "core/inistore.h"
 #include "core/text.h"
 #include "logdefs/formatstore.h"
+#include "logread/logset.h"
 
 namespace cli {
 namespace {
@@ -22,8 +24,13 @@ void CheckFormat(Program& program, const std::string& name, const std::string& w
 
 }  // namespace
 
+std::string NoFile(const std::string& path) {
+    if (core::IsDir(path)) return "There is no log in " + path + ". Check the folder.";
+    return "No file matches " + path + ". Check the folder and the name.";
+}
+
 void AddFileArguments(CLI::App& command, FileArguments& arguments) {
-    AddTexts(command, "FILE", arguments.files, "Logs, read as one list; * in a name is all that match")->required();
+    AddTexts(command, "FILE", arguments.files, std::string(kFileHelp))->required();
     AddText(command, "--format", arguments.format, "Name of the log format (default: the site's LFmtDflt)");
     AddText(command, "--invalid", arguments.invalid,
             "Lines that do not fit: skip them, or stop at the first of a file");
@@ -32,11 +39,10 @@ void AddFileArguments(CLI::App& command, FileArguments& arguments) {
 
 adddata::AddRequest RequestOf(Program& program, const FileArguments& arguments) {
     adddata::AddRequest request;
+    WantsStandardInput(arguments.files);
     for (const std::string& given : arguments.files) {
-        const std::string path = AbsolutePath(given);
-        if (path.find('*') != std::string::npos && !core::Exists(path) &&
-            core::ListFiles(core::fPathOf(path), core::fNameOf(path)).empty())
-            throw Failure("No file matches " + path + ". Check the folder and the name.");
+        const std::string path = LogArgument(given);
+        if (logread::NamesMany(path) && !logread::NamesFiles(path)) throw Failure(NoFile(path));
         request.files.push_back({path, ""});
     }
     request.format = arguments.format;
@@ -54,6 +60,7 @@ std::unique_ptr<sitedb::Site> SiteToRead(Program& program, const FileArguments& 
     if (arguments.format.empty())
         CheckFormat(program, program.Ini().IniGet("Main", "LFmtDflt", site->Paths().lastVals),
                     " (the site's default, LFmtDflt; give one with --format)");
+    if (WantsStandardInput(arguments.files)) KeepStandardInput(site->Paths().temp);
     return site;
 }
 

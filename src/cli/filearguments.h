@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "adddata/adddata.h"
@@ -8,6 +9,12 @@
 
 // Commands that read log files and store nothing.
 namespace cli {
+
+inline constexpr std::string_view kFileHelp =
+    "Logs, read in this order as one list; packed ones as they lie. A folder is all logs in it, * in a name all that "
+    "match, both in the order of their dates; - is standard input";
+// What is wrong with a folder or a wildcard that names nothing.
+std::string NoFile(const std::string& path);
 
 struct FileArguments {
     std::vector<std::string> files{};

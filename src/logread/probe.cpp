@@ -29,7 +29,11 @@ constexpr std::array kMagics{
     Magic{"\x04\x22\x4d\x18", "lz4"},
     Magic{"\x1f\x9d", "compress"},
     Magic{"Rar!\x1a\x07", "rar"},
+    Magic{{"\x5d\0\0", 3}, "lzma"},
 };
+// An archive begins with a name and a block of its own; log lines may follow at once, so lines alone don't tell.
+constexpr std::string_view kTarMark = "ustar";
+constexpr std::size_t kTarMarkAt = 257;
 
 // Tries lines as they are: also the pieces at a window's edges.
 class LineTester {
@@ -119,15 +123,32 @@ void FindLast(core::UnpackReader& file, LineTester& tester, LogFileDates& dates)
     dates.outcome = LogFileDates::Outcome::EndsCorrupt;
 }
 
+std::string StartOf(core::UnpackReader& file) {
+    std::string start(kWindow, '\0');
+    std::size_t have = 0;
+    while (const std::size_t got = file.Read(start.data() + have, start.size() - have)) have += got;
+    start.resize(have);
+    return start;
+}
+
+std::optional<std::int64_t> FirstOf(std::string_view start, LineTester& tester) {
+    return PackedKind(start) == "tar" ? std::nullopt : FirstIn(start, tester);
+}
+
 }  // namespace
+
+LogFileStart LogFileStartOf(core::UnpackReader& file, const logdefs::LogFormat& format) {
+    LogFileStart start{StartOf(file), {}};
+    LineTester tester(format);
+    start.first = FirstOf(start.text, tester);
+    return start;
+}
 
 LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat& format) {
     using Outcome = LogFileDates::Outcome;
     LogFileDates dates;
-    dates.start.resize(kWindow);
-    std::size_t have = 0;
-    while (const std::size_t got = file.Read(dates.start.data() + have, dates.start.size() - have)) have += got;
-    dates.start.resize(have);
+    dates.packed = !file.Kind().empty();
+    dates.start = StartOf(file);
     if (!file.Failed()) dates.damage = file.Failed().error;
     file.Rewind();
     if (dates.start.empty()) {
@@ -135,7 +156,7 @@ LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat
         return dates;
     }
     LineTester tester(format);
-    const auto first = FirstIn(dates.start, tester);
+    const auto first = FirstOf(dates.start, tester);
     if (!first) {
         dates.outcome = Outcome::NoValidLines;
         return dates;
@@ -147,6 +168,7 @@ LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat
 }
 
 std::string_view PackedKind(std::string_view start) {
+    if (start.size() > kTarMarkAt && start.substr(kTarMarkAt).starts_with(kTarMark)) return "tar";
     const auto magic = std::ranges::find_if(kMagics, [&](const Magic& row) { return start.starts_with(row.bytes); });
     return magic == kMagics.end() ? std::string_view() : magic->name;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,10 +22,18 @@ struct LogFileDates {
     std::int64_t last = 0;
     std::string start{};   // the file's first bytes as text, for messages
     std::string damage{};  // why no first line could be had, "" when the file itself is whole
+    bool packed = false;
 };
 LogFileDates LogFileDateRange(core::UnpackReader& file, const logdefs::LogFormat& format);
 
-// The kind of a packed file by its first bytes ("gzip"), or "".
+// The first of both alone, from the file's first bytes; nothing when no line there is valid.
+struct LogFileStart {
+    std::string text{};
+    std::optional<std::int64_t> first{};
+};
+LogFileStart LogFileStartOf(core::UnpackReader& file, const logdefs::LogFormat& format);
+
+// The kind of a packed file or an archive by its first bytes ("gzip", "tar"), or "".
 std::string_view PackedKind(std::string_view start);
 // No text: NUL bytes among the first.
 bool LooksBinary(std::string_view start);

@@ -33,10 +33,11 @@ public:
     };
     void LogFileProblemAdd(std::string_view file, std::string_view text);
     const std::vector<File>& Files() const { return files_; }
+    bool Has(std::string_view file) const { return index_.find(file) != index_.end(); }
 
 private:
     std::vector<File> files_{};
-    std::unordered_map<std::string, std::size_t> index_{};
+    std::unordered_map<std::string, std::size_t, logdefs::TextHash, std::equal_to<>> index_{};
 };
 
 // What a check collects instead of storing lines.
@@ -67,7 +68,8 @@ struct FileRecord {
     std::string FileName{};
     std::string format{};
     FileCounters counters{};
-    bool skipped = false;  // not read at all: empty, no valid line, the user's No
+    std::int64_t firstStamp = 0, lastStamp = 0;  // yyyymmddhhnnss at its two ends; 0 before they were looked at
+    bool skipped = false;                        // not read at all: empty, no valid line, the user's No
     bool stopped = false;
     bool overlapped = false;
     double seconds = 0;

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "core/cds.h"
 #include "core/env.h"
@@ -16,6 +17,7 @@
 #include "logdefs/formatstore.h"
 #include "logread/lineprocess.h"
 #include "logread/linestore.h"
+#include "logread/logset.h"
 #include "logread/probe.h"
 
 namespace logread {
@@ -27,6 +29,9 @@ constexpr std::int64_t kLinesPerLook = 256;  // between two looks at the clock
 constexpr std::string_view kFileSkipped = " File Skipped.";
 constexpr std::string_view kDamaged =
     "Packed log file is damaged or not complete. Only the lines before the damage were read.";
+constexpr std::string_view kTwice =
+    "The same log lies unpacked beside this one. Both are read; identical lines count once.";
+constexpr std::size_t kShownFiles = 1000;  // of a list that is to be confirmed
 constexpr std::string_view kVisitIndex = "logline_VisitTime";
 
 struct ProbeText {
@@ -51,17 +56,30 @@ std::string NoValidLinesText(const std::string& file) {
 }
 
 // What a person can do about a file that was not read.
-std::string Advice(const std::string& file, const LogFileDates& dates) {
+std::string Advice(const std::string& name, const LogFileDates& dates) {
+    const std::string file = name == kStandardInput ? "Standard input" : name;
     if (!dates.damage.empty()) return dates.damage;
-    if (const std::string_view kind = PackedKind(dates.start); !kind.empty())
-        return file + " is packed (" + std::string(kind) +
-               "). Unpack it first, or pack it with gzip, bzip2, xz or zstd.";
+    const std::string kind(PackedKind(dates.start));
+    if (kind == "tar") return file + " is an archive of files (tar). Unpack it and name the logs in it.";
+    if (!kind.empty() && dates.packed) return file + " is packed twice (" + kind + " within). Unpack it first.";
+    if (!kind.empty())
+        return file + " is packed (" + kind + "). Unpack it first, or pack it with gzip, bzip2, xz or zstd.";
     if (LooksBinary(dates.start)) return file + " is no text file. Name the log itself.";
     if (dates.outcome == LogFileDates::Outcome::EmptyOrMissing)
         return file + " is empty. Check that it is the right file.";
     if (dates.outcome == LogFileDates::Outcome::EndsCorrupt)
         return file + " ends with damaged lines. Cut them off, or get a whole copy.";
     return file + " has no line of this format within its first 3000 bytes. Try the formats with: format try FILE";
+}
+
+std::string ListText(const LogSet& set) {
+    std::string list;
+    for (std::size_t i = 0; i < std::min(set.files.size(), kShownFiles); ++i) list += "\r" + set.files[i];
+    if (set.files.size() > kShownFiles) list += "\r... and " + std::to_string(set.files.size() - kShownFiles) + " more";
+    if (!set.twice.empty())
+        list += "\r\rThese logs lie packed and unpacked. Both are read; identical lines count once.";
+    for (std::size_t i = 0; i < std::min(set.twice.size(), kShownFiles); ++i) list += "\r" + set.twice[i];
+    return list;
 }
 
 class Reading {
@@ -78,18 +96,21 @@ public:
         ctx_.Keep404List = request_.Keep404List;
         ctx_.Filters = std::move(request_.filters);
         ctx_.Check = std::move(request_.check);
+        if (ctx_.Check.Active) request_.events = nullptr;
         ctx_.Check.StatusToList = request_.Keep404List ? 404 : ctx_.Check.StatusToList;
     }
 
     ReadOutcome Run();
 
 private:
-    struct Place {  // of a file in the list, for the progress window
-        std::size_t item = 0, items = 0, file = 0, files = 0;
-    };
+    using Place = ReadPlace;
 
     void PrepareFolder();
     std::optional<std::vector<std::string>> FilesOf(const logdefs::LogFileSpec& spec);
+    LogSet SetOf(const logdefs::LogFileSpec& spec);
+    const std::string& FormatOf(const logdefs::LogFileSpec& spec) const {
+        return spec.format.empty() ? request_.defaultFormat : spec.format;
+    }
     void ReadItems();
     void ReadOneFile(const std::string& path, const std::string& formatName, const Place& place);
     bool Probe(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place, FileRecord& record);
@@ -101,6 +122,8 @@ private:
     bool TellFailure(const core::UnpackReader& file, const FileRecord& record);
     void Refuse(FileRecord& record, const LogFileDates& dates);
     void AddTotals(FileRecord& record);
+    void Start(FileRecord& record, const Place& place);
+    void End(FileRecord record, const Place& place);
     const logdefs::LogFormat& Format(const std::string& name);
 
     core::Env& env_;
@@ -128,25 +151,41 @@ void Reading::PrepareFolder() {
     if (!made) throw core::ErrorNumber(core::errnum::kStore, made.error);
 }
 
+LogSet Reading::SetOf(const logdefs::LogFileSpec& spec) {
+    dialogs::Report report(env_.progress, request_.progressPrefix + "Look for dates in " + spec.file, "files", 0);
+    double nextStep = env_.clock.Seconds() + kProgressEvery;
+    return LogSetOf(spec.file, Format(FormatOf(spec)), [&](std::size_t done, std::size_t) {
+        const double now = env_.clock.Seconds();
+        if (now < nextStep) return;
+        report.Step(static_cast<double>(done));
+        nextStep = now + kProgressEvery;
+    });
+}
+
 // Nothing when the user said no to the list of files.
 std::optional<std::vector<std::string>> Reading::FilesOf(const logdefs::LogFileSpec& spec) {
-    if (spec.file.find('*') == std::string::npos || core::IsRegularFile(spec.file)) return std::vector{spec.file};
-    const std::string folder = core::fPathOf(spec.file);
-    std::vector<std::string> files;
-    for (const std::string& name : core::ListFiles(folder.empty() ? "." : folder, core::fNameOf(spec.file)))
-        files.push_back(folder + name);
-    if (files.empty()) return files;
-    std::string list;
-    for (const std::string& file : files) list += "\r" + file;
+    if (!NamesMany(spec.file)) return std::vector{spec.file};
+    LogSet set;
+    try {
+        set = SetOf(spec);
+    } catch (const core::Stopped&) {
+        outcome_.ok = false;
+        return std::nullopt;
+    }
+    if (set.files.empty()) {
+        if (core::IsDir(spec.file)) outcome_.errors.push_back("There is no log in this folder: " + spec.file);
+        return set.files;
+    }
     const core::Answer answer = env_.user.Ask(
         {.id = "ConfirmFileList",
-         .message =
-             "The following files will be processed. Do you want to continue?\rFilename: " + spec.file + "]" + list,
+         .message = "The following files will be processed. Do you want to continue?\rFilename: " + spec.file + "]" +
+                    ListText(set),
          .buttons = "&Yes|&Cancel",
          .title = "Confirm List of files. Add data to site DB: " + site_.Options().name,
          .cancelButton = 2});
     if (answer.Cancelled()) return std::nullopt;
-    return files;
+    for (const std::string& file : set.twice) ctx_.Problems.LogFileProblemAdd(file, kTwice);
+    return std::move(set.files);
 }
 
 void Reading::Refuse(FileRecord& record, const LogFileDates& dates) {
@@ -220,19 +259,24 @@ LogFileDates Reading::DatesOf(core::UnpackReader& file, const logdefs::LogFormat
 
 bool Reading::Probe(core::UnpackReader& file, const logdefs::LogFormat& format, const Place& place,
                     FileRecord& record) {
-    const core::Result opened = file.Open(record.FileName);
+    const core::Result opened = file.Open(OpenedPath(record.FileName));
     if (!opened) {
         record.skipped = true;
         ctx_.Problems.LogFileProblemAdd(record.FileName,
                                         std::string(kProbeTexts[0].problem) + std::string(kFileSkipped));
         outcome_.errors.push_back(opened.error);
+        Start(record, place);
         return false;
     }
     const LogFileDates dates = DatesOf(file, format, place);
     if (dates.outcome != LogFileDates::Outcome::Ok) {
         Refuse(record, dates);
+        Start(record, place);
         return false;
     }
+    record.firstStamp = dates.first;
+    record.lastStamp = dates.last;
+    Start(record, place);
     record.skipped = !MayOverlap(dates, record);
     return !record.skipped;
 }
@@ -302,6 +346,16 @@ void Reading::AddTotals(FileRecord& record) {
     all.AllComps += file.Comps;
 }
 
+void Reading::Start(FileRecord& record, const Place& place) {
+    if (request_.events != nullptr) request_.events->FileStarts(record, place, ctx_.Problems);
+}
+
+void Reading::End(FileRecord record, const Place& place) {
+    AddTotals(record);
+    if (request_.events != nullptr && !record.skipped) request_.events->FileEnds(record, place, ctx_.Problems);
+    outcome_.files.push_back(std::move(record));
+}
+
 void Reading::ReadOneFile(const std::string& path, const std::string& formatName, const Place& place) {
     FileRecord record;
     record.FileName = ctx_.FileName = path;
@@ -318,6 +372,7 @@ void Reading::ReadOneFile(const std::string& path, const std::string& formatName
     } catch (const core::Stopped&) {
         record.stopped = true;
         outcome_.ok = false;
+        if (record.firstStamp == 0) Start(record, place);
     }
     if (wanted) {
         outcome_.anyRead = true;
@@ -327,36 +382,41 @@ void Reading::ReadOneFile(const std::string& path, const std::string& formatName
         } catch (...) {
             if (store_) store_->RollBack();
             record.stopped = true;
-            AddTotals(record);
-            outcome_.files.push_back(std::move(record));
+            record.seconds = env_.clock.Seconds() - start;
+            End(std::move(record), place);
             throw;
         }
         if (record.stopped) outcome_.ok = false;
     }
     record.seconds = env_.clock.Seconds() - start;
-    AddTotals(record);
-    outcome_.files.push_back(std::move(record));
+    End(std::move(record), place);
 }
 
 void Reading::ReadItems() {
     Place place;
     place.items = request_.files.size();
+    place.list = place.items > 1;
+    bool told = false;
     for (const logdefs::LogFileSpec& spec : request_.files) {
         ++place.item;
         if (core::fTrim(spec.file).empty()) continue;
         const auto files = FilesOf(spec);
         if (!files) return;
+        place.list = place.list || NamesMany(spec.file);
         place.files = files->size();
         place.file = 0;
         for (const std::string& path : *files) {
+            if (request_.events != nullptr && place.list && !std::exchange(told, true)) request_.events->ListStarts();
             ++place.file;
-            ReadOneFile(path, spec.format.empty() ? request_.defaultFormat : spec.format, place);
+            ReadOneFile(path, FormatOf(spec), place);
         }
     }
 }
 
 ReadOutcome Reading::Run() {
-    if (request_.files.empty()) return {};
+    outcome_.NoPromptInvalid = ctx_.NoPromptInvalid;
+    outcome_.NoPromptOverlap = ctx_.NoPromptOverlap;
+    if (request_.files.empty()) return std::move(outcome_);
     const double start = env_.clock.Seconds();
     try {
         if (!ctx_.Check.Active) {
@@ -388,6 +448,8 @@ ReadOutcome Reading::Run() {
     outcome_.totals = ctx_.All;
     outcome_.problems = std::move(ctx_.Problems);
     outcome_.check = std::move(ctx_.Check);
+    outcome_.NoPromptInvalid = ctx_.NoPromptInvalid;
+    outcome_.NoPromptOverlap = ctx_.NoPromptOverlap;
     outcome_.seconds = env_.clock.Seconds() - start;
     return std::move(outcome_);
 }

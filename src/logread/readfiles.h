@@ -9,6 +9,7 @@
 #include "logdefs/format.h"
 #include "logread/linereader.h"
 #include "logread/readctx.h"
+#include "logread/readevents.h"
 #include "sitedb/site.h"
 
 namespace core {
@@ -18,7 +19,7 @@ struct Env;
 namespace logread {
 
 struct ReadRequest {
-    std::vector<logdefs::LogFileSpec> files{};  // native paths; "*" in one names all files that match
+    std::vector<logdefs::LogFileSpec> files{};  // native paths; a folder or "*" in one names many (logset.h)
     std::string formatFile{};                   // logfmts.ini
     std::string defaultFormat{};                // for files that name none
     logdefs::AddFilters filters{};
@@ -29,6 +30,7 @@ struct ReadRequest {
     std::string progressPrefix{};  // "Add. Step 1/3: "
     std::size_t chunk = kReadChunk;
     std::int64_t batchLines = 16384;  // lines between two commits at most
+    ReadEvents* events = nullptr;     // hears of each file as it is read; may be none
 };
 
 struct ReadOutcome {
@@ -41,6 +43,8 @@ struct ReadOutcome {
     ProblemList problems{};
     CheckRecord check{};
     double seconds = 0;
+    bool NoPromptInvalid = false;  // as they stand at the end: a person may tick them in a question
+    bool NoPromptOverlap = false;
 };
 
 // Reads the files in order and stores the wanted lines. A stopped or failed file does not end the list; a failure of

@@ -4,8 +4,6 @@
 
 #include <filesystem>
 
-#include "adddata/tryformat.h"
-#include "logdefs/formatstore.h"
 #include "tests/support/tempsite.h"
 
 namespace adddata {
@@ -69,30 +67,6 @@ TEST(AddLogData, WaitingLinesWithoutAMarkCountAsUnfinished) {
     EXPECT_FALSE(home.site->UnfinishedAdd(home.env).empty());
     EXPECT_TRUE(ResumeAdd(home.env, *home.site, home.program).done);
     EXPECT_EQ(home.Rows("SELECT count(*) FROM visit", 1)[0], "1");
-}
-
-TEST(TryAllFormats, NamesTheLayoutThatCutsMost) {
-    AddSite home;
-    std::vector<FormatTrial> trials;
-    const std::string path = home.folder.Write("access.log", kLog + "garbage\n\n");
-    ASSERT_TRUE(TryAllFormats(home.ini, home.program.formats, path, trials).ok);
-    ASSERT_FALSE(trials.empty());
-    EXPECT_EQ(trials[0].format, "apache-combined");
-    EXPECT_EQ(trials[0].fit, 3);
-    EXPECT_EQ(trials[0].lines, 4);
-    EXPECT_EQ(trials[0].firstMisfitNumber, 4);
-    EXPECT_FALSE(TryAllFormats(home.ini, home.program.formats, home.folder.Path(), trials).ok);
-}
-
-TEST(LogFmtStore, RefusesWhatTheStoreCannotHold) {
-    AddSite home;
-    const std::string file = home.folder.File("param/logfmts.ini");
-    EXPECT_TRUE(logdefs::LogFmtStore(home.ini, "x", {"%S|%r "}, file).has_value());
-    EXPECT_TRUE(logdefs::LogFmtStore(home.ini, "x", {"%S%r "}, file).has_value());
-    EXPECT_TRUE(logdefs::LogFmtStore(home.ini, " ", {"%S "}, file).has_value());
-    EXPECT_FALSE(logdefs::LogFmtStore(home.ini, "mine", {"%S %r ", "\"%S\" \""}, file).has_value());
-    EXPECT_EQ(logdefs::LogFmtNames(home.ini, file), (std::vector<std::string>{"mine"}));
-    EXPECT_EQ(logdefs::LogFmtSpecs(home.ini, "mine", file).Items()[2], "\"%S\" \"");
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "adddata/adddata.h"
+#include "adddata/addrecorder.h"
 #include "adddata/enginesummary.h"
 #include "adddata/problemstore.h"
 #include "adddata/robotcopy.h"
@@ -55,7 +57,9 @@ const std::string kLog = Combined("1.1.1.1", "02/Mar/2009:08:00:00", "/a.html", 
 TEST(AddLog, OneFileToTheByte) {
     RecordSite home;
     const std::string path = home.folder.Write("access.log", kLog);
-    EXPECT_EQ(home.Add(home.Request({"access.log"})).Status(), 0);
+    AddRequest request = home.Request({"access.log"});
+    request.preprocessSeconds = 7380;
+    EXPECT_EQ(home.Add(request).Status(), 0);
     const std::string when = "15 Mar 2023 12:00.00?", sort = "2023-03-15 12:00.00?";
     const std::string dates = "02 Mar 2009 08:00.00?03 Mar 2009 18:10.02?";
     const std::string sorted = "2009-03-02 08:00.00?2009-03-03 18:10.02?";
@@ -66,8 +70,8 @@ TEST(AddLog, OneFileToTheByte) {
                   "?????" + sort + sorted + core::fRepeat("??", 7) + "?\r\n" +  //
                   when + path + "?Done. Read File. less than one minute?" + counts + path + "?less than one minute???" +
                   sort + sorted + core::fRepeat("??", 7) + "?\r\n" +  //
-                  "** Done **?** End ADD ** Totals. All Files.?END ADD?" + counts + path + "?less than one minute???" +
-                  sort + sorted + "filter not selected?filter not selected?Yes?" +
+                  "** Done **?** End ADD ** Totals. All Files.?END ADD?" + counts + path +
+                  "?less than one minute?2 hours?" + sort + sorted + "filter not selected?filter not selected?Yes?" +
                   Field(home.Log().back(), AddLogAt("componentFilterUsed")) +
                   "?Yes?AddCpy_fltrbots.0.ini???Add_SEsummary.0.ini\r\n");
     EXPECT_NE(home.Log().back().fields[AddLogAt("componentFilterUsed")].find("css"), std::string::npos);
@@ -96,7 +100,7 @@ TEST(AddLog, AListIsToldFileByFile) {
     EXPECT_EQ(Column(log, AddLogAt("date")),
               (std::vector<std::string>{"15 Mar 2023 12:00.00", "..", "..", "..", "..", "..", "** Part Done **"}));
     EXPECT_EQ(Column(log, AddLogAt("linesAdded")), (std::vector<std::string>{"?", "?", "?", "2", "?", "1", "3"}));
-    EXPECT_EQ(Column(log, AddLogAt("problems")), (std::vector<std::string>{"?", "1", "?", "?", "1", "1", "1"}));
+    EXPECT_EQ(Column(log, AddLogAt("problems")), (std::vector<std::string>{"?", "1", "?", "?", "?", "1", "1"}));
     EXPECT_EQ(Field(log.back(), AddLogAt("fullFileName")),
               home.folder.File("empty.log") + "|" + home.folder.File("w.*.log"));
     EXPECT_EQ(home.Text("AddLog_Errs.ini"),
@@ -127,6 +131,74 @@ TEST(AddLog, WhatDidNotComeToItsEndHasNoDoneLine) {
     EXPECT_EQ(Field(home.Log().back(), AddLogAt("date")), "** Done **");
     EXPECT_EQ(Field(home.Log().back(), AddLogAt("linesAdded")), "0");
     EXPECT_EQ(Field(home.Log().back(), AddLogAt("firstDate")), "?");
+}
+
+// Sees the log as it stands while a question is open, and says no.
+class LookingUser final : public core::User {
+public:
+    explicit LookingUser(const RecordSite& home) : home_(home) {}
+    core::Answer Ask(const core::Question& question) override {
+        seen = home_.Log();
+        core::Answer answer{.button = question.cancelButton};
+        answer.cancelButton = question.cancelButton;
+        return answer;
+    }
+    std::vector<AddLogRecord> seen{};
+
+private:
+    const RecordSite& home_;
+};
+
+TEST(AddLog, TellsWhichFileIsReadAndAResumeItsTotals) {
+    RecordSite home;
+    home.folder.Write("w.1.log", kLog);
+    home.folder.Write("w.2.log", Combined("1.1.1.9", "04/Mar/2009:08:00:00", "/x.html", kRed) + "garbage\n" +
+                                     Combined("1.1.1.9", "04/Mar/2009:09:30:59", "/y.html"));
+    LookingUser user(home);
+    core::Env env{home.ini, user, home.progress, home.events, home.clock};
+    AddLogData(env, *home.site, home.program, home.Request({"w.1.log", "w.2.log"}));
+    const std::vector<AddLogRecord> log = home.Log();
+    // The last question was whether visits are wanted; the one before stood in the second file.
+    EXPECT_EQ(Column(log, AddLogAt("action")),
+              (std::vector<std::string>{"START ADD", "START Read File.",
+                                        "Done. Read File. less than one minute [List 1/2 1/1]", "START Read File.",
+                                        "File Read Stopped. [List 2/2 1/1]"}));
+    EXPECT_EQ(user.seen.size(), log.size());
+    EXPECT_EQ(Field(log[3], AddLogAt("lastLogLine")), "2009-03-04 09:30.59");  // of the file, not of what was read
+    EXPECT_EQ(Field(log[4], AddLogAt("lastLogLine")), "2009-03-04 08:00.00");
+    EXPECT_EQ(Field(log[4], AddLogAt("problems")), "1");
+
+    EXPECT_TRUE(ResumeAdd(home.env, *home.site, home.program).done);
+    const AddLogRecord totals = home.Log().back();
+    EXPECT_EQ(Field(totals, AddLogAt("date")), "** Done **");
+    EXPECT_EQ(Field(totals, AddLogAt("linesAdded")), "3");
+    EXPECT_EQ(Field(totals, AddLogAt("fullFileName")), home.folder.File("w.1.log") + "|" + home.folder.File("w.2.log"));
+    EXPECT_EQ(Field(totals, AddLogAt("problems")), "1");
+    EXPECT_EQ(ReadEngineSummary(home.ini, home.site->Paths(), Field(totals, AddLogAt("engineSummary"))).size(), 3u);
+}
+
+TEST(AddLog, KeepsProblemsWhileTheyCome) {
+    RecordSite home;
+    AddRecorder recorder(home.env, *home.site, {});
+    logread::ProblemList problems;
+    const std::string file = ProblemStoreFile(home.site->Paths());
+    std::size_t kept = 0, writes = 0;
+    for (int i = 0; i < 100; ++i) {
+        logread::FileRecord record{.FileName = "log" + std::to_string(i), .stopped = true};
+        problems.LogFileProblemAdd(record.FileName, "bad");
+        recorder.FileStarts(record, {}, problems);
+        recorder.FileEnds(record, {}, problems);
+        const std::size_t now = ReadProblems(home.ini, file, 1).size();
+        EXPECT_GE(2 * now, problems.Files().size());
+        writes += std::exchange(kept, now) != now ? 1 : 0;
+    }
+    EXPECT_LT(writes, 15u);
+    logread::ReadOutcome read;
+    read.problems = problems;
+    recorder.ReadEnds(read);
+    EXPECT_EQ(ReadProblems(home.ini, file, 1).size(), 100u);
+    EXPECT_EQ(home.ini.IniGet("Main", "MaxNo", file), "1");
+    for (const std::string& number : Column(home.Log(), AddLogAt("problems"))) EXPECT_EQ(number, "1");
 }
 
 TEST(AddLog, NothingInAFieldMakesAColumnOrARecord) {

@@ -1,7 +1,4 @@
 // Targets on the road of a log line: template, reader, engines, table definitions.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <string>
 
 #include "core/error.h"
@@ -17,6 +14,7 @@
 #include "sitedb/sqlite.h"
 #include "sitedb/storeerror.h"
 #include "sitedb/tabledef.h"
+#include "tests/fuzz/memoryfile.h"
 #include "tests/fuzz/targets.h"
 
 namespace fuzz {
@@ -34,22 +32,6 @@ void CheckRecord(const logdefs::LogLnFields& fields) {
         Need(core::IsUtf8(record.texts[i]), "a stored text is no UTF-8");
     }
 }
-
-// A file without a name.
-class MemoryFile {
-public:
-    explicit MemoryFile(std::string_view text) : fd_(::memfd_create("log", MFD_CLOEXEC)) {
-        Need(fd_ >= 0 && ::write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
-             "no file in memory");
-    }
-    ~MemoryFile() { ::close(fd_); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    std::string Path() const { return "/proc/self/fd/" + std::to_string(fd_); }
-
-private:
-    int fd_;
-};
 
 // "a~5" is 2^(4*5) times "a": lines over the limit from a few bytes.
 std::string Grown(std::string_view text) {

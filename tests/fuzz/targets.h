@@ -37,6 +37,7 @@ int RunCsv(const std::uint8_t* data, std::size_t size);         // a line, or ce
 int RunDialogs(const std::uint8_t* data, std::size_t size);     // a value, then a spec, option, button or rule list
 int RunTableDef(const std::uint8_t* data, std::size_t size);    // a table definition file
 int RunReader(const std::uint8_t* data, std::size_t size);      // a log; "~" and a digit repeat the byte before it
+int RunUnpack(const std::uint8_t* data, std::size_t size);      // a packed log
 int RunSite(const std::uint8_t* data, std::size_t size);        // options, then a log
 
 struct Target {
@@ -50,6 +51,7 @@ inline constexpr std::array kTargets{
     Target{"rules", RunRules},           Target{"csv", RunCsv},
     Target{"dialogs", RunDialogs},       Target{"tabledef", RunTableDef},
     Target{"reader", RunReader},         Target{"site", RunSite},
+    Target{"unpack", RunUnpack},
 };
 
 }  // namespace fuzz
