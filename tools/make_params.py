@@ -3,8 +3,8 @@
 
 Reads  DATADIR/log-formats.tsv, search-engines.tsv, robots.tsv
 Writes OUTDIR/logfmts.ini        all log formats that have a template
-       OUTDIR/lastinstvals.ini   the important search engines
-       OUTDIR/fltrbots.ini       the core robots, one rule each
+       OUTDIR/lastinstvals.ini   all search engines and assistants
+       OUTDIR/fltrbots.ini       all robots, one rule each
 
 Same data, same bytes. The values are written as the program's own parameter store writes them.
 """
@@ -15,6 +15,7 @@ import sys
 
 PAIR = "\u00a0\u00a0"  # every escape word starts with two characters of code 160
 MARKER = "!~!@#!"      # starts a value that holds control characters; its token follows
+NARROW = {"MSN"}  # whose other hosts belong to an engine of another name
 BLANKS = ("+", "%20")  # a blank of a user agent in W3C logs and in those of content networks
 
 
@@ -103,7 +104,7 @@ def shown_name(url):
     return url.split(".")[0].upper()
 
 
-def engine_definitions(row):
+def important_definitions(row):
     """The bare host and its subdomains; https needs no definition of its own.
 
     The name shown is the first label of the pattern. Where that is not the engine's name (ya.ru is YANDEX), the first
@@ -112,39 +113,51 @@ def engine_definitions(row):
     url, params = row["definition_http_only"].split(" ", 1)
     host = url.removeprefix("http://*.").removesuffix("/*")
     scheme = "http://"
-    if shown_name(url) != row["shown_name"]:
+    if shown_name(url) != row["shown_name"] or row["shown_name"] in NARROW:
         host = row["host"]
         scheme = f"[http://{row['shown_name'].lower()}.]ttp://"
-    pair = [f"{scheme}{host}/* {params}", f"{scheme}*.{host}/* {params}"]
-    for definition in pair:
+    return [f"{scheme}{host}/* {params}", f"{scheme}*.{host}/* {params}"]
+
+
+def engine_definitions(row):
+    """Those of the important engines are what people edit; of the others one pattern serves host and subdomains. An
+    assistant is an engine without a place of a term."""
+    if row["kind"] == "assistant":
+        end = "*" if "/" in row["host"] else "/*"
+        definitions = [f"[http://{row['shown_name'].lower()}.]ttp*[/.]{row['host']}{end}"]
+    else:
+        definitions = important_definitions(row) if row["important"] == "yes" else [row["definition"]]
+    for definition in definitions:
         if shown_name(definition) != row["shown_name"]:
             sys.exit(f"make_params: {definition} does not show as {row['shown_name']}")
-    return pair
+    return definitions
 
 
 def engine_list(rows):
-    """All definitions, general ones first; the order is the match order."""
-    chosen = [row for row in rows if row["important"] == "yes" and row["kind"] == "search"]
-    definitions = [one for row in chosen for one in engine_definitions(row)]
+    """All definitions, general ones first, the important ones before the others; the order is the match order."""
+    important = [row for row in rows if row["important"] == "yes" and row["kind"] == "search"]
+    others = [row for row in rows if row["important"] != "yes" and row["kind"] == "search"]
+    assistants = [row for row in rows if row["kind"] == "assistant"]
+    definitions = [one for row in [*important, *others, *assistants] for one in engine_definitions(row)]
     definitions.sort(key=lambda one: not one.split(" ")[0].endswith("*/*"))
-    return definitions, len(chosen)
+    return definitions, len(rows)
 
 
 def write_engines(folder, rows):
     definitions, count = engine_list(rows)
     write_file(os.path.join(folder, "lastinstvals.ini"),
                ["Search engine definitions as delivered. The program reads them as long as logfmts.ini has none of its own.",
-                "Each is a URL pattern, a blank and the places of the term. http stands for https too."],
+                "Each is a URL pattern, a blank and the places of the term. http stands for https too. One without places",
+                "is an engine that sends no terms."],
                [section("Main", [("CDSsrchenginedefs", join_list(definitions))])])
     return count, len(definitions)
 
 
 def robot_rules(rows):
     """Name and text of each rule. A text with blanks has further rules for the logs that write a blank otherwise."""
-    core = [row for row in rows if row["core"] == "yes"]
-    names = [row["name"].lower() for row in core]
+    names = [row["name"].lower() for row in rows]
     rules = {}
-    for row in core:
+    for row in rows:
         name = row["name"]
         if names.count(name.lower()) > 1:
             name += f" ({row['token']})"
@@ -155,7 +168,7 @@ def robot_rules(rows):
             if rule_name.lower() in (known.lower() for known in rules):
                 sys.exit(f"make_params: two rules named {rule_name}")
             rules[rule_name] = text
-    return rules, len(core)
+    return rules, len(rows)
 
 
 def write_robots(folder, rows):

@@ -8,33 +8,15 @@
 #include "core/like.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "logdefs/enginedefs.h"
 #include "names/urlcode.h"
 
 namespace logdefs {
 namespace {
 
 constexpr std::string_view kDefsKey = "CDSsrchenginedefs";
-constexpr std::string_view kHttp = "http://";
-constexpr std::string_view kHttps = "https://";
 constexpr std::size_t kMaxUndefined = 10000;
 constexpr std::string_view kHaveMore = "|Have More ...";
-
-std::string_view UrlSpecOf(std::string_view definition) { return definition.substr(0, definition.find(' ')); }
-
-bool IsGeneral(std::string_view definition) { return UrlSpecOf(definition).ends_with("*/*"); }
-
-// One rule serves both protocols: the s goes, in definitions and in referrers.
-void JudgeAsHttp(std::string& url) {
-    if (core::LowerAscii(url.substr(0, kHttps.size())) == kHttps) url.erase(4, 1);
-}
-
-// "http://*.finder.*/*" is FINDER, "http://www.finder.net/*" is WWW.
-std::string EngineName(std::string_view spec) {
-    const std::size_t http = spec.find(kHttp);
-    if (http != std::string_view::npos) spec.remove_prefix(http + kHttp.size());
-    if (spec.starts_with("*.")) spec.remove_prefix(2);
-    return core::UpperAscii(spec.substr(0, spec.find('.')));
-}
 
 // "False" in any case, "0" and "" are false: the list is lower-cased before its flags are read.
 bool Flag(std::string_view text) {
@@ -55,27 +37,36 @@ std::string SEDefsRead(core::IniStore& ini, const EngineFiles& files) {
 
 bool SEDefsWrite(core::IniStore& ini, const EngineFiles& files, const std::vector<std::string>& definitions) {
     std::vector<std::string> ordered = definitions;
-    std::ranges::stable_partition(ordered, IsGeneral);
+    std::ranges::stable_partition(ordered, SEDefIsGeneral);
     return ini.IniPutWhole("Main", kDefsKey, ordered.empty() ? "" : core::CDSJoinPlain({1, std::move(ordered)}),
                            files.own);
+}
+
+std::vector<std::string> SEDefsList(core::IniStore& ini, const EngineFiles& files) {
+    const core::StrArray list = core::CDSSplitPlain(SEDefsRead(ini, files), 0);
+    std::vector<std::string> definitions(list.Items().begin(), list.Items().end());
+    std::erase_if(definitions, [](const std::string& text) { return core::fTrim(text).empty(); });
+    return definitions;
 }
 
 SearchEngines::SearchEngines(const std::vector<std::string>& definitions) {
     for (const std::string& definition : definitions)
         if (!core::fTrim(definition).empty()) definitions_.push_back(Compile(definition));
+    std::vector<std::string_view> patterns;
+    for (const Definition& definition : definitions_) patterns.push_back(definition.SEUrlSpec);
+    filter_ = PatternFilter(patterns);
 }
 
 SearchEngines SearchEngines::SEDefsLoad(core::IniStore& ini, const EngineFiles& files) {
-    const core::StrArray list = core::CDSSplitPlain(SEDefsRead(ini, files), 0);
-    return SearchEngines({list.Items().begin(), list.Items().end()});
+    return SearchEngines(SEDefsList(ini, files));
 }
 
 SearchEngines::Definition SearchEngines::Compile(std::string_view text) {
     Definition definition;
-    const std::string_view spec = UrlSpecOf(text);
+    const std::string_view spec = text.substr(0, text.find(' '));
     definition.SEUrlSpec = core::LowerUtf8(spec);
     JudgeAsHttp(definition.SEUrlSpec);
-    definition.name = EngineName(definition.SEUrlSpec);
+    definition.name = SEDefName(spec);
     const std::string items = core::LowerUtf8(text.substr(std::min(spec.size() + 1, text.size())));
     for (std::size_t from = 0; from <= items.size();) {
         const std::size_t comma = std::min(items.find(',', from), items.size());
@@ -135,18 +126,31 @@ FoundTerm SearchEngines::Search(std::string_view referrer, std::vector<std::stri
     if (url.s.empty()) return result;
     JudgeAsHttp(url.s);
     url.l = core::LowerSameLength(url.s);
-    for (std::size_t i = 0; i < definitions_.size(); ++i) {
+    std::vector<std::size_t> missed;
+    const auto list = [&] {
+        for (const std::size_t definition : missed) STUndefinedAdd(referrer, *undefinedList, definition);
+    };
+    for (const std::size_t i : filter_.Candidates(url.l)) {
         const Definition& definition = definitions_[i];
         if (!core::Like(url.l, definition.SEUrlSpec)) continue;
         result.isEngine = true;
+        if (definition.SendsNoTerm()) {
+            // Another definition may find a term all the same; the first assistant names the engine if none does.
+            if (!result.assistant) result.engine = definition.name;
+            result.assistant = true;
+            continue;
+        }
         if (TermOf(definition, url, result.term)) {
             result.term = core::ToUtf8(result.term);
             result.engine = definition.name;
             result.found = true;
+            result.assistant = false;
+            list();
             return result;
         }
-        if (undefinedList != nullptr) STUndefinedAdd(referrer, *undefinedList, i);
+        if (undefinedList != nullptr) missed.push_back(i);
     }
+    if (!result.assistant) list();
     return result;
 }
 

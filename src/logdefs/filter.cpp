@@ -9,6 +9,8 @@
 namespace logdefs {
 namespace {
 
+constexpr std::size_t kManyRules = 16;
+
 // Each value is lower-cased once for all the rules that want it so.
 class LoweredFields {
 public:
@@ -40,6 +42,15 @@ FltrRuleSet::Verdict Judge(const LogLnFields& fields, const FltrRuleSet& set) {
     return {!set.AnyRule != set.Invert, set.Rules.size()};
 }
 
+// The same for a filter of one field; among many rules the one that settles it is found in one pass.
+FltrRuleSet::Verdict JudgeText(const LogLnFields& fields, FltrRuleSet& set) {
+    if (!set.AnyRule || set.Rules.size() < kManyRules) return Judge(fields, set);
+    if (!set.matcher) set.matcher = std::make_shared<const RuleMatcher>(set.Rules);
+    const std::string_view text = fields[set.FieldIdx.front()];
+    const std::size_t index = set.matcher->FirstSatisfied(text, core::LowerUtf8(text));
+    return {(index < set.Rules.size()) != set.Invert, index};
+}
+
 bool OneField(const FltrRuleSet& set) {
     return !set.FieldIdx.empty() &&
            std::ranges::all_of(set.FieldIdx, [&](int field) { return field == set.FieldIdx.front(); });
@@ -53,7 +64,7 @@ LineVerdict FltrTestLine(const LogLnFields& fields, FltrRuleSet& set) {
     if (set.oneField) {
         const std::string_view text = fields[set.FieldIdx.front()];
         const FltrRuleSet::Verdict* known = set.seen.Find(text);
-        verdict = known != nullptr ? *known : set.seen.Put(text, Judge(fields, set));
+        verdict = known != nullptr ? *known : set.seen.Put(text, JudgeText(fields, set));
     } else {
         verdict = Judge(fields, set);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "logdefs/fields.h"
 #include "logdefs/memo.h"
 #include "logdefs/rule.h"
+#include "logdefs/rulematcher.h"
 
 namespace core {
 class IniStore;
@@ -31,6 +33,8 @@ struct FltrRuleSet {
     };
     // Verdicts by the text of the field, while all rules look at one field.
     BoundedMemo<Verdict> seen{};
+    // Of many rules on one field of which one is enough; made at the first line.
+    std::shared_ptr<const RuleMatcher> matcher{};
 };
 
 struct LineVerdict {

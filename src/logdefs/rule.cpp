@@ -77,7 +77,7 @@ StoredRule FltrRuleRead(core::IniStore& ini, std::string_view section, std::stri
 bool FltrRuleWrite(core::IniStore& ini, std::string_view section, std::string_view file, const StoredRule& stored) {
     const std::string value = stored.rule.MC ? stored.rule.Val : core::LowerUtf8(stored.rule.Val);
     return ini.IniPut(section, "Typ", std::to_string(stored.rule.Typ), file) &&
-           ini.IniPut(section, "Val", value, file) && ini.IniPutBool(section, "MC", stored.rule.MC, file) &&
+           ini.IniPutWhole(section, "Val", value, file) && ini.IniPutBool(section, "MC", stored.rule.MC, file) &&
            ini.IniPut(section, "ColType", std::to_string(stored.colType), file);
 }
 

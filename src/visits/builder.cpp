@@ -102,7 +102,21 @@ void VisitBuilder::AddTerm(OpenVisit& visit, const VisitLine& line) {
     visit.row.StzdSearchTerm = core::CutUtf8(standard, sitedb::kTermWidth);
     if (raw != standard) visit.row.SearchTerm = core::CutUtf8(raw, sitedb::kTermWidth);
     visit.row.SearchEngine = core::CutUtf8(line.engine, sitedb::kEngineWidth);
+    CountEngine(line);
+}
+
+void VisitBuilder::CountEngine(const VisitLine& line) {
     ++foundTerms_[std::string(line.engine) + "|" + std::to_string(line.Timestamp / 1000000)];
+}
+
+// A visit whose lines come with ever earlier times begins anew with each of them and is told once.
+std::vector<std::string> VisitBuilder::Messages() const {
+    const std::string limit = std::to_string(settings_.LmtVisitLines);
+    std::vector<std::string> messages;
+    for (const auto& [visit, start] : overLimitStarts_)
+        messages.push_back("Probable Bot. Single visitor accessed more than " + limit + " files. Only first " + limit +
+                           " log lines saved for that visit. Visit at: " + std::to_string(start));
+    return messages;
 }
 
 void VisitBuilder::AddLine(OpenVisit& visit, const VisitLine& line) {
@@ -110,9 +124,7 @@ void VisitBuilder::AddLine(OpenVisit& visit, const VisitLine& line) {
     if (row.Files < kMaxId) ++row.Files;
     if (settings_.LmtVisitLines >= 1 && row.Files > settings_.LmtVisitLines) {
         overLimit_ = true;
-        const std::string limit = std::to_string(settings_.LmtVisitLines);
-        messages_.insert("Probable Bot. Single visitor accessed more than " + limit + " files. Only first " + limit +
-                         " log lines saved for that visit. Visit at: " + std::to_string(row.StartTimeStamp));
+        overLimitStarts_[row.VisitID] = row.StartTimeStamp;
         assignments_.Add({line.LogLnID, kOverLimit});
         return;
     }
@@ -148,7 +160,10 @@ void VisitBuilder::Take(const VisitLine& line) {
         row.StartTimeStamp = line.Timestamp;
         visit->startSeconds = seconds;
     }
-    if (!line.term.empty()) AddTerm(*visit, line);
+    if (!line.term.empty())
+        AddTerm(*visit, line);
+    else if (!line.engine.empty())
+        CountEngine(line);  // an assistant: counted, but a visit's engine is one that sent a term
     if (isNew || seconds > visit->endSeconds) {
         row.EndTimeStamp = line.Timestamp;
         visit->endSeconds = seconds;

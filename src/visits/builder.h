@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,8 +21,8 @@ struct VisitLine {
     std::int32_t PageID = 0;
     std::int32_t Bytes = 0;
     std::int32_t CntDupes = 0;
-    std::string_view term{};  // as extracted
-    std::string_view engine{};
+    std::string_view term{};    // as extracted
+    std::string_view engine{};  // without a term: an assistant
 };
 
 // Groups lines into visits by address, time and term. Lines come in the order of the text of address and number, so
@@ -47,8 +46,9 @@ public:
     std::int64_t VisitsMade() const { return visitsMade_; }
     std::int64_t VisitsContinued() const { return visitsContinued_; }
     bool OverLimit() const { return overLimit_; }
-    const std::set<std::string>& Messages() const { return messages_; }
-    // "engine|yyyymmdd" and the number of lines with a term.
+    // One for each visit over the limit, in the order of the visits.
+    std::vector<std::string> Messages() const;
+    // "engine|yyyymmdd" and the number of lines with a term or of an assistant.
     const std::map<std::string, std::int64_t>& FoundTerms() const { return foundTerms_; }
 
 private:
@@ -66,6 +66,7 @@ private:
     OpenVisit& Create(Address& address, const VisitLine& line);
     void Close(OpenVisit* visit);
     void AddTerm(OpenVisit& visit, const VisitLine& line);
+    void CountEngine(const VisitLine& line);
     void AddLine(OpenVisit& visit, const VisitLine& line);
 
     sitedb::VisitStore& store_;
@@ -82,7 +83,7 @@ private:
     std::int64_t visitsMade_ = 0;
     std::int64_t visitsContinued_ = 0;
     bool overLimit_ = false;
-    std::set<std::string> messages_{};
+    std::map<std::int32_t, std::int64_t> overLimitStarts_{};  // first stamp by visit
     std::map<std::string, std::int64_t> foundTerms_{};
 };
 

@@ -24,8 +24,8 @@ constexpr double kProgressEvery = 0.1;
 constexpr std::int64_t kManyLines = 50000;  // from here on the index of visits is made anew rather than kept
 constexpr char kEngineEnd = '\n';           // between engine and term
 
-// The term behind a stored referrer, as "engine\nterm"; nothing without a term. Referrers repeat, so what was worked
-// out is remembered.
+// The term behind a stored referrer, as "engine\nterm"; "engine\n" of an assistant, nothing of what else has no term.
+// Referrers repeat, so what was worked out is remembered.
 class TermReader {
 public:
     TermReader(sitedb::Site& site, const logdefs::SearchEngines& engines) : site_(site), engines_(engines) {}
@@ -34,7 +34,7 @@ public:
         if (const auto* known = seen_.Find(stored)) return *known;
         const logdefs::FoundTerm found = engines_.STFromReferrer(Referrer(stored));
         std::optional<std::string> result;
-        if (!found.term.empty()) result = found.engine + kEngineEnd + found.term;
+        if (!found.term.empty() || found.assistant) result = found.engine + kEngineEnd + found.term;
         return seen_.Put(stored, std::move(result));
     }
 
@@ -155,7 +155,7 @@ void Step2::Run() {
     lastVisitId_ = builder.LastVisitID();
     outcome_.visitsMade = builder.VisitsMade();
     outcome_.visitsContinued = builder.VisitsContinued();
-    outcome_.messages.assign(builder.Messages().begin(), builder.Messages().end());
+    outcome_.messages = builder.Messages();
     outcome_.foundTerms = builder.FoundTerms();
 }
 

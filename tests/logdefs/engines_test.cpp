@@ -58,6 +58,33 @@ TEST(STFromReferrer, GoesOnToTheNextDefinitionWithoutATerm) {
     EXPECT_EQ(undefined[0], "http://www.finder.net/?q=x");
 }
 
+TEST(STFromReferrer, AnEngineThatSendsNoTermsIsNamedAndNotListed) {
+    const SearchEngines engines({"http://*.chat.*/* ?q", "http://chat.test/*", "[http://talk.]ttp://*.chat.test/* ",
+                                 "http://www.chat.test/* ?p"});
+    const struct {
+        const char* referrer;
+        const char* engine;
+        bool assistant;
+        std::size_t undefined;
+    } cases[] = {
+        {"https://chat.test/", "CHAT", true, 0},
+        {"https://app.chat.test/", "TALK", true, 0},       // the general definition missed its term, as it should
+        {"https://app.chat.test/?q=x", "CHAT", false, 0},  // a term wins
+        {"https://www.chat.test/?p=x", "WWW", false, 1},   // behind the assistant, too
+        {"https://www.chat.org/", "", false, 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.referrer);
+        std::vector<std::string> undefined;
+        const FoundTerm found = engines.STFromReferrer(c.referrer, undefined);
+        EXPECT_TRUE(found.isEngine);
+        EXPECT_EQ(found.assistant, c.assistant);
+        EXPECT_EQ(found.found, !c.assistant && c.engine[0] != '\0');
+        EXPECT_EQ(found.engine, c.engine);
+        EXPECT_EQ(undefined.size(), c.undefined);
+    }
+}
+
 TEST(STUndefinedAdd, EndsALongListOnce) {
     std::vector<std::string> list{std::string(10000, 'x')};
     STUndefinedAdd("http://a/", list, 0);

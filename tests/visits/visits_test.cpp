@@ -124,6 +124,21 @@ TEST(VisitsAdd, ATermJoinsAVisitThatHasNone) {
     EXPECT_EQ(site.Visits("Files, SearchTerm, StzdSearchTerm", 3), (Lines{"2|x |x", "1|NULL|NULL"}));
 }
 
+TEST(VisitsAdd, AnAssistantIsCountedAndItsVisitHasNoTerm) {
+    VisitSite site(TempSite::Plain());
+    site.Line(1, "a", 8, 0, 0, "https://chat.test/");
+    site.Line(2, "a", 8, 1, 0, "-");
+    site.Line(3, "b", 8, 0, 0, Finder("x"));
+    site.Line(4, "b", 8, 1, 0, "https://chat.test/c");  // the visit keeps its engine
+    site.Line(5, "c", 8, 0, 0, "http://www.finder.test/");
+    const logdefs::SearchEngines engines({"http://*.finder.test/* ?q", "http://chat.test/*"});
+    const VisitsOutcome outcome = VisitsAdd(site.env, *site.site, engines);
+    EXPECT_TRUE(outcome.done) << outcome.error;
+    EXPECT_EQ(site.Visits("FirstIP, Files, StzdSearchTerm, SearchEngine", 4),
+              (Lines{"a|2|NULL|NULL", "b|2|x|FINDER", "c|1|NULL|NULL"}));
+    EXPECT_EQ(outcome.foundTerms, (std::map<std::string, std::int64_t>{{"CHAT|20090302", 2}, {"FINDER|20090302", 1}}));
+}
+
 TEST(VisitsAdd, StopsStoringAtTheLimitAndGoesOnCounting) {
     sitedb::SiteOptions options = TempSite::Plain();
     VisitSite site(options);
