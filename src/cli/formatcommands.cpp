@@ -1,15 +1,17 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "adddata/tryformat.h"
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "cli/standardinput.h"
 #include "cli/suggest.h"
 #include "core/inistore.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "logdefs/formatfinder.h"
 #include "logdefs/formatstore.h"
+#include "logread/logset.h"
 
 namespace cli {
 namespace {
@@ -64,54 +66,76 @@ int Show(Program& program, const FormatArguments& arguments) {
     return 0;
 }
 
+void PrintDone(const FormatArguments& arguments, const std::vector<std::string>& specs, const std::string& done) {
+    if (arguments.json)
+        PrintJson({{"name", arguments.name}, {"specs", specs}});
+    else
+        Print("Log format \"" + Safe(arguments.name) + "\" " + done + "\n");
+}
+
 int Set(Program& program, const FormatArguments& arguments) {
-    CheckSectionName("a log format", arguments.name);
-    for (const std::string& spec : arguments.texts) {
-        if (!core::IsUtf8(spec)) throw UsageError("A specification must be UTF-8 text: " + spec);
-        if (spec.find('%') == std::string::npos)
-            throw UsageError("A specification without a placeholder (%) fits no line: " + spec);
-    }
     const auto wrong =
         logdefs::LogFmtStore(program.Ini(), arguments.name, arguments.texts, program.Session().ProgramFiles().formats);
     if (wrong) throw UsageError(*wrong);
-    Print("Log format \"" + Safe(arguments.name) + "\" is stored.\n");
+    const logdefs::LogFormatLoaded stored =
+        logdefs::LogFmtLoad(program.Ini(), arguments.name, program.Session().ProgramFiles().formats);
+    for (const std::string& warning : stored.format.Warnings()) PrintError(warning);
+    PrintDone(arguments, SpecsOf(program, arguments.name), "is stored.");
     return 0;
 }
 
-double Share(const adddata::FormatTrial& trial) {
+int Remove(Program& program, const FormatArguments& arguments) {
+    const std::string formats = program.Session().ProgramFiles().formats;
+    const std::vector<std::string> specs = SpecsOf(program, arguments.name);
+    if (specs.empty()) RefuseName(program, arguments.name);
+    if (const auto wrong = logdefs::LogFmtErase(program.Ini(), arguments.name, formats)) throw Failure(*wrong);
+    PrintDone(arguments, specs, "is removed.");
+    return 0;
+}
+
+double Share(const logdefs::FormatTrial& trial) {
     return trial.lines > 0 ? static_cast<double>(trial.fit) / static_cast<double>(trial.lines) : 0;
 }
 
-ordered_json TrialJson(const adddata::FormatTrial& trial) {
+ordered_json TrialJson(const logdefs::FormatTrial& trial) {
     ordered_json samples = ordered_json::array();
     for (const auto& fields : trial.samples) {
         ordered_json& sample = samples.emplace_back(ordered_json::object());
-        for (const adddata::FormatTrial::Field& field : fields) sample[field.name] = field.text;
+        for (const logdefs::FormatTrial::Field& field : fields) sample[field.name] = field.text;
     }
     const bool misfit = trial.firstMisfitNumber > 0;
     return {{"format", trial.format},
             {"lines", trial.lines},
             {"fit", trial.fit},
             {"share", Share(trial)},
+            {"plausible", trial.plausible},
+            {"doubtful", trial.doubtful.empty() ? ordered_json(nullptr) : ordered_json(trial.doubtful)},
+            {"missing", trial.missing},
             {"firstMisfitNumber", misfit ? ordered_json(trial.firstMisfitNumber) : ordered_json(nullptr)},
             {"firstMisfit", misfit ? ordered_json(trial.firstMisfit) : ordered_json(nullptr)},
+            {"firstMisfitColumn", misfit ? ordered_json(trial.firstMisfitColumn + 1) : ordered_json(nullptr)},
+            {"expected", misfit ? ordered_json(trial.expected) : ordered_json(nullptr)},
             {"samples", std::move(samples)}};
 }
 
-void PrintTrial(const adddata::FormatTrial& trial) {
-    std::string text = Safe(trial.format) + ": " + std::to_string(trial.fit) + " of the first " +
-                       std::to_string(trial.lines) + " lines fit (" + core::fFormat(Share(trial) * 100, "0.0") +
-                       " %).\n";
-    if (trial.firstMisfitNumber > 0)
-        text += "The first that does not is line " + std::to_string(trial.firstMisfitNumber) + ": " +
-                Safe(trial.firstMisfit) + "\n";
-    Print(text);
+void PrintTrial(const logdefs::FormatTrial& trial) {
+    Print(Safe(trial.format) + ": " + std::to_string(trial.fit) + " of the first " + std::to_string(trial.lines) +
+          " lines fit (" + core::fFormat(Share(trial) * 100, "0.0") + " %), and in " + std::to_string(trial.plausible) +
+          " of them the fields make sense.\n" + SafeMessage(logdefs::FinderText(trial)) + "\n");
+    if (const std::string misfit = logdefs::MisfitText(trial); !misfit.empty()) Print(SafeMessage(misfit) + "\n");
     for (const auto& fields : trial.samples) {
         TextTable table{{{""}, {""}}, {}};
-        for (const adddata::FormatTrial::Field& field : fields) table.rows.push_back({"  " + field.name, field.text});
+        for (const logdefs::FormatTrial::Field& field : fields) table.rows.push_back({"  " + field.name, field.text});
         Print("\n");
         PrintTable(table);
     }
+}
+
+logdefs::LogSample SampleOf(const std::string& file) {
+    logdefs::LogSample sample;
+    if (const core::Result read = logdefs::ReadLogSample(file, logdefs::kSampleLines, sample); !read)
+        throw Failure(read.error);
+    return sample;
 }
 
 int TryOne(Program& program, const FormatArguments& arguments, const std::string& file) {
@@ -119,9 +143,8 @@ int TryOne(Program& program, const FormatArguments& arguments, const std::string
     const std::string formats = program.Session().ProgramFiles().formats;
     const logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(program.Ini(), name, formats);
     if (!loaded.found) RefuseName(program, name);
-    adddata::FormatTrial trial;
-    if (const core::Result tried = adddata::TryFormat(file, name, loaded.format, kSamples, trial); !tried)
-        throw Failure(tried.error);
+    const logdefs::FormatTrial trial =
+        logdefs::TryFormat(SampleOf(file), name, loaded.format, kSamples, program.Env().clock.Now());
     for (const std::string& warning : loaded.format.Warnings()) PrintError(warning);
     if (arguments.json)
         PrintJson(TrialJson(trial));
@@ -131,20 +154,19 @@ int TryOne(Program& program, const FormatArguments& arguments, const std::string
 }
 
 int TryAll(Program& program, bool json, const std::string& file) {
-    std::vector<adddata::FormatTrial> trials;
-    const std::string formats = program.Session().ProgramFiles().formats;
-    if (const core::Result tried = adddata::TryAllFormats(program.Ini(), formats, file, trials); !tried)
-        throw Failure(tried.error);
+    const std::vector<logdefs::FormatTrial> trials = logdefs::FindFormats(
+        program.Ini(), program.Session().ProgramFiles().formats, SampleOf(file), program.Env().clock.Now());
     if (json) {
         ordered_json list = ordered_json::array();
-        for (const adddata::FormatTrial& trial : trials) list.push_back(TrialJson(trial));
+        for (const logdefs::FormatTrial& trial : trials) list.push_back(TrialJson(trial));
         PrintJson(list);
     } else if (trials.empty()) {
         PrintError("No stored format fits a line of " + file + ". Describe one with: corvane-cli format set NAME SPEC");
     } else {
-        TextTable table{{{"Format"}, {"Lines that fit", true}, {"of", true}}, {}};
-        for (const adddata::FormatTrial& trial : trials)
-            table.rows.push_back({trial.format, std::to_string(trial.fit), std::to_string(trial.lines)});
+        TextTable table{{{"Format"}, {"Make sense", true}, {"Lines that fit", true}, {"of", true}}, {}};
+        for (const logdefs::FormatTrial& trial : trials)
+            table.rows.push_back({trial.format, std::to_string(trial.plausible), std::to_string(trial.fit),
+                                  std::to_string(trial.lines)});
         PrintTable(table);
         Print("\nThe best:\n");
         PrintTrial(trials.front());
@@ -153,14 +175,15 @@ int TryAll(Program& program, bool json, const std::string& file) {
 }
 
 int Try(Program& program, const FormatArguments& arguments) {
-    const std::string file = AbsolutePath(arguments.texts.back());
+    if (WantsStandardInput({arguments.texts.back()})) KeepStandardInput("");
+    const std::string file = logread::OpenedPath(LogArgument(arguments.texts.back()));
     return arguments.texts.size() == 1 ? TryAll(program, arguments.json, file) : TryOne(program, arguments, file);
 }
 
 }  // namespace
 
 void AddFormatCommands(CLI::App& root, Program& program) {
-    CLI::App* family = NewFamily(root, "format", "Log formats: list, show, set, try");
+    CLI::App* family = NewFamily(root, "format", "Log formats: list, show, set, remove, try");
     auto arguments = std::make_shared<FormatArguments>();
 
     CLI::App* list = NewCommand(*family, "list", "All log formats", "format list");
@@ -177,7 +200,13 @@ void AddFormatCommands(CLI::App& root, Program& program) {
                                "format set mine '%S %*s %u [%d/%M/%Y:%h:%n:%e %*t] \"%*r %r HTTP/%*s\" %c %b'");
     AddText(*set, "NAME", arguments->name, "Name of the format")->required();
     AddTexts(*set, "SPEC", arguments->texts, "Specifications")->required();
+    set->add_flag("--json", arguments->json, "As JSON");
     set->callback([=, &program] { program.run = [=, &program] { return Set(program, *arguments); }; });
+
+    CLI::App* remove = NewCommand(*family, "remove", "Remove a format", "format remove mine");
+    AddText(*remove, "NAME", arguments->name, "Name of the format")->required();
+    remove->add_flag("--json", arguments->json, "As JSON, the format as it was");
+    remove->callback([=, &program] { program.run = [=, &program] { return Remove(program, *arguments); }; });
 
     CLI::App* trial =
         NewCommand(*family, "try", "How well a format fits the first lines of a file; without NAME all are tried",

@@ -93,6 +93,13 @@ Separator MakeSeparator(std::string_view raw) {
     return separator;
 }
 
+Match FindSeparator(const Separator& separator, std::string_view line, std::size_t from) {
+    if (separator.kind == Separator::Kind::Tokens) return LogFmtMatchTokens(separator.tokens, line, from);
+    if (separator.kind == Separator::Kind::Never) return {};
+    const std::size_t start = line.find(separator.text, from);
+    return {start, separator.text.size(), start != std::string_view::npos};
+}
+
 }  // namespace
 
 LogFormat::LogFormat(const core::StrArray& specs) {
@@ -124,15 +131,7 @@ bool LogFormat::Matches(const Spec& spec, std::string_view line, LogLnFields& fi
     std::size_t fieldStart = 0;
     std::size_t at = 0;
     for (std::size_t i = 0; i < spec.size(); ++i) {
-        const Separator& separator = spec[i].separator;
-        Match match;
-        if (separator.kind == Separator::Kind::Plain) {
-            match.start = line.find(separator.text, at);
-            match.length = separator.text.size();
-            match.found = match.start != std::string_view::npos;
-        } else if (separator.kind == Separator::Kind::Tokens) {
-            match = LogFmtMatchTokens(separator.tokens, line, at);
-        }
+        const Match match = FindSeparator(spec[i].separator, line, at);
         if (!match.found) return false;
         if (i == 0) {
             // Text in front of the first placeholder stands at the very start of a line, or this is another layout.
@@ -154,6 +153,45 @@ bool LogFormat::LogLnInterpret(std::string_view line, LogLnFields& fields) const
         if (Matches(spec, line, fields)) return true;
     }
     return false;
+}
+
+LogFormat::Reached LogFormat::Follow(const Spec& spec, std::string_view line) {
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < spec.size(); ++i) {
+        const Match match = FindSeparator(spec[i].separator, line, at);
+        if (!match.found || (i == 0 && match.start > 0)) return {i, at, false};
+        at = match.start + match.length;
+    }
+    return {spec.size(), at, true};
+}
+
+Misfit LogFormat::LogLnExplain(std::string_view line) const {
+    Misfit misfit;
+    if (IsBlankLine(line)) return misfit;
+    Reached best;
+    for (std::size_t i = 0; i < specs_.size(); ++i) {
+        const Reached reached = Follow(specs_[i], line);
+        if (reached.fits) return {0, reached.at, {}};
+        if (misfit.spec != 0 && std::pair(reached.at, reached.column) <= std::pair(best.at, best.column)) continue;
+        best = reached;
+        misfit = {static_cast<int>(i) + 1, reached.at, specs_[i][reached.column].separator.text};
+    }
+    return misfit;
+}
+
+bool LogFormat::Names(int field) const {
+    const auto isField = [field](const Column& column) { return column.field == field; };
+    return std::ranges::any_of(specs_, [&](const Spec& spec) { return std::ranges::any_of(spec, isField); });
+}
+
+bool LogFormat::Holds(int field) const {
+    // The separator that ends a field stands in the column behind it; each specification has one more.
+    const auto holds = [field](const Spec& spec) {
+        for (std::size_t i = 0; i + 1 < spec.size(); ++i)
+            if (spec[i].field == field && !spec[i + 1].separator.text.empty()) return true;
+        return false;
+    };
+    return std::ranges::any_of(specs_, holds);
 }
 
 LogFileSpec LogFileSpecSplit(std::string_view item) {

@@ -11,13 +11,14 @@ namespace logdefs {
 namespace {
 
 constexpr std::size_t kLongest = 1 << 16;
+constexpr std::size_t kMostOfAll = 4 << 20;  // bytes of all lines
 constexpr std::size_t kRoom = 1 << 16;
 
 // Lines out of chunks; what is behind kLongest of one is dropped.
 class Lines {
 public:
     Lines(std::size_t most, std::vector<std::string>& lines) : most_(most), lines_(lines) {}
-    bool Full() const { return lines_.size() >= most_; }
+    bool Full() const { return lines_.size() >= most_ || taken_ >= kMostOfAll; }
     void Take(std::string_view chunk) {
         while (!chunk.empty() && !Full()) {
             const std::size_t end = chunk.find('\n');
@@ -28,9 +29,11 @@ public:
         }
     }
     void Close() {
-        if (line_.ends_with('\r')) line_.pop_back();
         std::string room;
-        if (!Full() && !IsBlankLine(line_)) lines_.emplace_back(core::ToUtf8(line_, room));
+        if (!Full() && !IsBlankLine(line_)) {
+            lines_.emplace_back(core::ToUtf8(line_, room));
+            taken_ += line_.size();
+        }
         line_.clear();
     }
 
@@ -40,6 +43,7 @@ private:
     std::size_t most_;
     std::vector<std::string>& lines_;
     std::string line_{};
+    std::size_t taken_ = 0;
 };
 
 }  // namespace
