@@ -9,6 +9,7 @@
 #include "core/ports.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "logdefs/enginedefs.h"
 #include "names/pagename.h"
 #include "names/url.h"
 
@@ -46,15 +47,6 @@ void AddTo(CheckGroup& group, const CountedText& text) {
     group.lines += text.lines;
 }
 
-// The URLs of the definitions, numbered as the engines number them.
-std::vector<std::string> EngineUrls(core::IniStore& ini, const logdefs::EngineFiles& files) {
-    std::vector<std::string> urls;
-    const core::StrArray list = core::CDSSplitPlain(logdefs::SEDefsRead(ini, files));
-    for (const std::string& definition : list.Items())
-        if (!core::fTrim(definition).empty()) urls.emplace_back(core::fBefore(definition, " "));
-    return urls;
-}
-
 std::string FileType(std::string_view page) {
     const std::string_view name = core::fAfterR(core::fBefore(core::fBefore(page, "#"), "?"), "/");
     const std::size_t point = name.rfind('.');
@@ -85,59 +77,72 @@ ReferrerCheck CheckReferrers(core::Env& env, sitedb::Site& site, const ProgramFi
     ReferrerCheck result;
     result.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
     result.all = CountedTexts(result.read.check.Referrers);
-    const logdefs::SearchEngines engines = logdefs::SearchEngines::SEDefsLoad(env.ini, program.Engines());
+    JudgeReferrers(env.ini, program, result);
+    return result;
+}
+
+void JudgeReferrers(core::IniStore& ini, const ProgramFiles& program, ReferrerCheck& check) {
+    std::string now = logdefs::SEDefsRead(ini, program.Engines());
+    if (now == check.definitions) return;
+    check.definitions = std::move(now);
+    check.noTerm.clear();
+    check.unknown.clear();
+    const std::vector<std::string> definitions = logdefs::SEDefsList(ini, program.Engines());
+    const logdefs::SearchEngines engines(definitions);
     std::map<std::size_t, CheckGroup> noTerm;
     std::map<std::string, CheckGroup> unknown;
-    for (const CountedText& referrer : result.all) {
+    for (const CountedText& referrer : check.all) {
         std::vector<std::string> undefined;
         const logdefs::FoundTerm term = engines.STFromReferrer(referrer.text, undefined);
         TakeNoTerm(referrer, undefined, noTerm);
         if (!term.isEngine) AddTo(unknown[ReferrerSite(referrer.text)], referrer);
     }
-    const std::vector<std::string> urls = EngineUrls(env.ini, program.Engines());
     for (auto& [number, group] : noTerm) {
-        group.name = urls[number];
-        result.noTerm.push_back(std::move(group));
+        group.name = logdefs::SEDefSplit(definitions[number]).url;
+        check.noTerm.push_back(std::move(group));
     }
     for (auto& [name, group] : unknown) {
         group.name = name;
-        result.unknown.push_back(std::move(group));
+        check.unknown.push_back(std::move(group));
     }
-    return result;
 }
 
 PageCheck CheckPages(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request) {
     logread::ReadRequest read = CheckRead(env, site, program, request, "Check page names");
     read.check.CollectCol = true;
     read.check.ColIndex = logdefs::kFile;
-    const std::string file = FilterFilesOf(program, site.Paths()).components;
-    const sitedb::SiteOptions& options = site.Options();
     PageCheck result;
-    result.queryRemoved = options.RemQuery;
-    result.fragmentRemoved = options.RemFrag;
-    result.errorsSkipped = options.Skip404;
-    logdefs::FltrRuleSet set = logdefs::FltrLoad(env.ini, file, "Fltr Sel", true, false);
-    result.otherRules = KeepRulesOn(logdefs::kFile, set);
-    if (const std::string selected = env.ini.IniGet("Filters", "Fltr Sel", file); !selected.empty())
-        result.filter = logdefs::FltrCndnText(env.ini, selected, file);
     result.read = logread::RawLog_AddData_ReadLogFiles(env, site, std::move(read));
-    const names::StripParts strip{options.RemFrag, options.RemQuery};
+    result.errorsSkipped = site.Options().Skip404;
+    JudgePages(env, site, program, result);
+    return result;
+}
+
+void JudgePages(core::Env& env, sitedb::Site& site, const ProgramFiles& program, PageCheck& check) {
+    const std::string file = FilterFilesOf(program, site.Paths()).components;
+    check.queryRemoved = site.Options().RemQuery;
+    check.fragmentRemoved = site.Options().RemFrag;
+    logdefs::FltrRuleSet set = logdefs::FltrLoad(env.ini, file, "Fltr Sel", true, false);
+    check.otherRules = KeepRulesOn(logdefs::kFile, set);
+    const std::string selected = env.ini.IniGet("Filters", "Fltr Sel", file);
+    check.filter = selected.empty() ? std::string() : logdefs::FltrCndnText(env.ini, selected, file);
+    check.rows.clear();
+    const names::StripParts strip{check.fragmentRemoved, check.queryRemoved};
     std::unordered_map<std::string, std::size_t> places;
-    for (const CountedText& raw : CountedTexts(result.read.check.ColValues)) {
+    for (const CountedText& raw : CountedTexts(check.read.check.ColValues)) {
         std::string name = names::Page_StripParts(raw.text, strip);
-        const auto [at, added] = places.try_emplace(name, result.rows.size());
+        const auto [at, added] = places.try_emplace(name, check.rows.size());
         if (added) {
             logdefs::LogLnFields fields;
             fields.Set(logdefs::kFile, name);
             const bool skipped = logdefs::FltrTestLine(fields, set).skip;
             const std::string page = names::Page_NameStd(name);
             const bool known = site.Pages().FindRaw(raw.text, strip, sitedb::Add::No, site.Db()) >= 0;
-            result.rows.push_back({page.empty() ? std::string(names::kRootName) : page, raw.text, FileType(name), 0,
-                                   skipped, !skipped && !known});
+            check.rows.push_back({page.empty() ? std::string(names::kRootName) : page, raw.text, FileType(name), 0,
+                                  skipped, !skipped && !known});
         }
-        result.rows[at->second].lines += raw.lines;
+        check.rows[at->second].lines += raw.lines;
     }
-    return result;
 }
 
 RobotCheck CheckRobots(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request) {

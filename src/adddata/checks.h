@@ -6,6 +6,10 @@
 
 #include "adddata/robots.h"
 
+namespace core {
+class IniStore;
+}
+
 // Definitions held against a log file: what they find in it and what they miss. Nothing is stored.
 namespace adddata {
 
@@ -19,6 +23,7 @@ struct CheckGroup {
 
 struct ReferrerCheck {
     logread::ReadOutcome read{};
+    std::string definitions{};  // by which the groups were made
     std::vector<CountedText> all{};
     std::vector<CheckGroup> noTerm{};   // by the URL of the engine's definition, in the order of the definitions
     std::vector<CheckGroup> unknown{};  // of no engine, by site ("": no address of the web), sorted
@@ -26,6 +31,8 @@ struct ReferrerCheck {
 // The filters are those of an add.
 ReferrerCheck CheckReferrers(core::Env& env, sitedb::Site& site, const ProgramFiles& program,
                              const AddRequest& request);
+// Makes the groups by the definitions as they are now; nothing when they are those of the groups.
+void JudgeReferrers(core::IniStore& ini, const ProgramFiles& program, ReferrerCheck& check);
 // The site of a referrer in lower case, without "www.".
 std::string ReferrerSite(std::string_view referrer);
 
@@ -46,6 +53,8 @@ struct PageCheck {
 };
 // The page component filter alone, whether an add uses it or not.
 PageCheck CheckPages(core::Env& env, sitedb::Site& site, const ProgramFiles& program, const AddRequest& request);
+// Makes the rows by the filter, the options and the pages of the site as they are now.
+void JudgePages(core::Env& env, sitedb::Site& site, const ProgramFiles& program, PageCheck& check);
 
 inline constexpr std::string_view kOtherPageRules =
     "NB You have defined criteria using data other than Filename.\r This function will only apply filename "

@@ -116,15 +116,20 @@ NewRobots BotsFindNew(core::IniStore& ini, const RobotFiles& files, const std::v
     return found;
 }
 
-std::vector<CountedText> BotsOffered(core::IniStore& ini, const RobotFiles& files, std::vector<CountedText> agents) {
+std::vector<CountedText> BotsNotFiltered(core::IniStore& ini, const RobotFiles& files,
+                                         std::vector<CountedText> agents) {
     const logdefs::FltrRuleSet filters = logdefs::FltrLoad(ini, files.skip, "skipFtrs", true, false);
-    const std::vector<std::string> list = BotsSkipList(ini, files);
-    const std::unordered_set<std::string> skipped(list.begin(), list.end());
     std::erase_if(agents, [&](const CountedText& agent) {
-        return core::fTrim(agent.text).empty() || skipped.contains(agent.text) ||
-               logdefs::FltrTestValue(agent.text, filters.Rules, true);
+        return core::fTrim(agent.text).empty() || logdefs::FltrTestValue(agent.text, filters.Rules, true);
     });
     return agents;
+}
+
+std::vector<CountedText> BotsOffered(core::IniStore& ini, const RobotFiles& files, std::vector<CountedText> agents) {
+    const std::vector<std::string> list = BotsSkipList(ini, files);
+    const std::unordered_set<std::string> skipped(list.begin(), list.end());
+    std::erase_if(agents, [&](const CountedText& agent) { return skipped.contains(agent.text); });
+    return BotsNotFiltered(ini, files, std::move(agents));
 }
 
 Preprocessed PreprocessBots(core::Env& env, sitedb::Site& site, const ProgramFiles& program,

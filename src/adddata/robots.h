@@ -40,7 +40,10 @@ struct NewRobots {
 };
 NewRobots BotsFindNew(core::IniStore& ini, const RobotFiles& files, const std::vector<CountedText>& agents);
 
-// Less those of the skip list and those that satisfy a skip filter: what is offered.
+// Less those that satisfy a skip filter, and less blank ones.
+std::vector<CountedText> BotsNotFiltered(core::IniStore& ini, const RobotFiles& files, std::vector<CountedText> agents);
+
+// Less those of the skip list, too: what is offered.
 std::vector<CountedText> BotsOffered(core::IniStore& ini, const RobotFiles& files, std::vector<CountedText> agents);
 
 struct Preprocessed {

@@ -73,6 +73,18 @@ TEST(PreprocessBots, TheChosenFinderFilterCounts) {
     EXPECT_EQ(RobotSite::Shown(home.Find(kLog + Asks("Fallen/1", "/trap/x")).offered), (Texts{"Fallen/1 1"}));
 }
 
+TEST(PreprocessBots, TheDeliveredFinderFilterIsTheOneOnRobotsTxt) {
+    testsupport::ScriptedUser user;
+    core::IniStore ini(user);
+    const std::string file = PARAMS_DIR "/program/ppfindbots.ini";
+    const logdefs::AddFilters filters = logdefs::FltrLoadPreprocess(ini, file);
+    ASSERT_EQ(filters.main.Rules.size(), 1U);
+    EXPECT_TRUE(filters.main.Active && filters.main.Invert);
+    const std::string name = ini.IniGet("Filters", "Fltr Sel", file);
+    EXPECT_EQ(ini.IniGet("Filters", "SelLst", file), name);
+    EXPECT_EQ(logdefs::FltrCndnText(ini, name, file), "File Name Contains <robots.txt>");
+}
+
 TEST(PreprocessBots, FiltersOnOtherFieldsAreToldOnceAndTakeNobody) {
     RobotSite home;
     home.Rule(home.files.robots, "File", {{logdefs::kContains, "", false}, 1});
