@@ -5,8 +5,6 @@
 #include <QDesktopServices>
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMimeData>
@@ -139,19 +137,6 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 bool MainWindow::OpenDocument(const std::string& pathOrAddress) {
     const QString text = ToQt(pathOrAddress);
     return QDesktopServices::openUrl(text.startsWith(QLatin1Char('/')) ? QUrl::fromLocalFile(text) : QUrl(text));
-}
-
-std::vector<std::string> MainWindow::PickLogs() {
-    core::IniStore& ini = shell_->Desk().ini;
-    const std::string& file = shell_->Desk().screens;
-    const QString folder = ToQt(ini.IniGet(kSection, "LogFolder", file));
-    const QStringList picked = QFileDialog::getOpenFileNames(this, tr("Raw log files to add"), folder,
-                                                             tr("Log files (*.log *.txt *.log.*);;All files (*)"));
-    if (picked.isEmpty()) return {};
-    ini.IniPut(kSection, "LogFolder", FromQt(QFileInfo(picked.front()).path()), file, core::OnFail::Ignore);
-    std::vector<std::string> paths;
-    for (const QString& path : picked) paths.push_back(FromQt(path));
-    return paths;
 }
 
 void MainWindow::OptionsChanged() {

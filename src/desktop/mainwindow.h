@@ -36,6 +36,7 @@ public:
     // The program is to end: at once, or as soon as the work at hand has stopped. Asks nothing.
     void EndSoon();
     bool Ending() const { return ending_; }
+    bool Ready() const { return ready_; }  // start-up is over
 
     void ShowMain() override;
     void SetCaption(std::string_view caption) override;
@@ -44,7 +45,6 @@ public:
     void ArrangeWindows(shell::Arrange how) override;
     bool ShowHelp(const std::string& page, const std::string& anchor) override;
     bool OpenDocument(const std::string& pathOrAddress) override;
-    std::vector<std::string> PickLogs() override;
     void OptionsChanged() override;
     void Quit() override;
 

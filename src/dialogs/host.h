@@ -21,8 +21,8 @@ struct DialogButton {
 };
 
 // What a dialog shows while a person edits: called when the dialog comes up and after each change of an entry or a
-// selection (a moment later, so that typing stays smooth). It may set the values of labels, the rows of lists and grids,
-// and what is enabled; never what a person edits.
+// selection (a moment later, so that typing stays smooth). It may set the values of labels, the rows of lists and
+// grids, and what is enabled; never what a person edits.
 using Live = std::function<void(Controls& controls)>;
 
 // Numbers of buttons are 1-based over the controls' own CommandButtons, in their order, then `buttons`.
@@ -44,7 +44,7 @@ struct DialogModel {
     std::string place{};   // "left|top|width|height" in pixels, in and out; "" lets the host choose
     std::string font{};    // "name|size|bold|italic" in and out, "" the desktop's own
 
-    int OwnButtons() const;                        // CommandButtons among the controls
+    int OwnButtons() const;  // CommandButtons among the controls
     int ButtonCount() const { return OwnButtons() + static_cast<int>(buttons.size()); }
     std::string ButtonCaption(int number) const;
     int ButtonCaptioned(std::string_view plainCaption) const;  // its number, 0: none

@@ -37,8 +37,8 @@ public:
 
     Controls& Ctls() { return controls_; }
     const std::string& Problem() const { return problem_; }
-    // Controls of a caller that stand before the dialog's own, in a dialog in which nothing follows a box. Nothing keeps
-    // their values.
+    // Controls of a caller that stand before the dialog's own, in a dialog in which nothing follows a box. Nothing
+    // keeps their values.
     void PutInFront(Controls controls);
     // The control whose value is kept under this entry, 0: none.
     int NumberOf(std::string_view entry) const;

@@ -15,9 +15,9 @@ struct DialogOptions {
     Icon icon = Icon::None;
     std::string iconFromForm{};
     bool setPic = false;
-    std::string noShowKey{};                           // "No show|" + key
-    std::optional<std::pair<int, int>> topLeft{};      // twips
-    int maxButtonsPerLine = 0;                         // 0: as many as fit
+    std::string noShowKey{};                                // "No show|" + key
+    std::optional<std::pair<int, int>> topLeft{};           // twips
+    int maxButtonsPerLine = 0;                              // 0: as many as fit
     int defaultButton = 0, escButton = 0, focusButton = 0;  // 1-based, 0: not given
     std::vector<int> boldButtons{}, italicButtons{}, underlinedButtons{};
     bool textBold = false;
@@ -26,11 +26,11 @@ struct DialogOptions {
     int buttonsGap = -1, linesGap = -1;  // twips, -1: not given
     bool buttonsNextToIcon = false, buttonsUnderTextOnly = false, controlsUnderMessage = false, buttonsAtBottom = false;
     bool noKeys = false, findLastValue = false, noSaveFont = false;
-    bool stays = false;               // NoHide
-    std::vector<int> stayButtons{};   // the buttons it names; empty with `stays`: all
+    bool stays = false;              // NoHide
+    std::vector<int> stayButtons{};  // the buttons it names; empty with `stays`: all
     std::pair<bool, bool> stayFlags{};
     int fixedWidth = 0, fixedHeight = 0, minWidth = 0, minHeight = 0;  // twips
-    std::optional<int> backColor{}, foreColor{};  // 0xBBGGRR
+    std::optional<int> backColor{}, foreColor{};                       // 0xBBGGRR
     bool anyKeyHides = false;
     std::vector<std::pair<int, int>> keyHides{};  // key code, button it counts as
 

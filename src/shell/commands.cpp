@@ -3,10 +3,15 @@
 #include <array>
 #include <ranges>
 
+#include "adddata/addscreens.h"
+#include "adddata/checkscreens.h"
+#include "adddata/recordscreens.h"
 #include "core/errlog.h"
 #include "core/inistore.h"
 #include "core/text.h"
 #include "dialogs/named.h"
+#include "logdefs/enginescreens.h"
+#include "logdefs/formatscreens.h"
 #include "shell/namedscreens.h"
 #include "shell/optionscreens.h"
 
@@ -36,6 +41,9 @@ Commands::Step Commands::StepOf(Command command) {
     };
     constexpr std::array kSteps{
         Row{Command::AddLogData, &Commands::AddLogData},
+        Row{Command::ListAdded, &Commands::ListAdded},
+        Row{Command::DefineFormats, &Commands::DefineFormats},
+        Row{Command::DefineEngines, &Commands::DefineEngines},
         Row{Command::SelectSite, &Commands::SelectSite},
         Row{Command::NewSite, &Commands::NewSite},
         Row{Command::Exit, &Commands::Exit},
@@ -82,16 +90,37 @@ bool Commands::SiteOrRecover() {
 void Commands::AddFiles(const std::vector<std::string>& paths) {
     if (paths.empty()) return;
     Guarded([&] {
-        return at_.actions.Run("fMnu_FW", [&] {
-            if (SiteOrRecover()) AddScreen(at_.session, at_.desk).Show(*at_.current.Get(), paths);
-        });
+        const auto add = [&](const adddata::AddDesk& at) { adddata::AddLogDataOnScreen(at, paths); };
+        return at_.actions.Run("fMnu_FW", [&] { WithAddDesk(add); });
     });
 }
 
-void Commands::AddLogData() {
+void Commands::WithAddDesk(const std::function<void(const adddata::AddDesk& at)>& screen) {
     if (!SiteOrRecover()) return;
-    const std::vector<std::string> paths = at_.front.PickLogs();
-    if (!paths.empty()) AddScreen(at_.session, at_.desk).Show(*at_.current.Get(), paths);
+    sitedb::Site& site = *at_.current.Get();
+    at_.memory.BelongTo(site.Paths().folder);
+    screen({.env = at_.session.Env(),
+            .desk = at_.desk,
+            .site = site,
+            .paths = at_.session.Paths(),
+            .memory = at_.memory,
+            .program = at_.session.ProgramFiles()});
+}
+
+void Commands::AddLogData() {
+    WithAddDesk([](const adddata::AddDesk& at) { adddata::AddLogDataOnScreen(at, {}); });
+}
+
+void Commands::ListAdded() { WithAddDesk(adddata::AddLogShowList); }
+
+void Commands::DefineFormats() {
+    WithAddDesk([](const adddata::AddDesk& at) { logdefs::LogFmtEdit(at.Editing()); });
+}
+
+void Commands::DefineEngines() {
+    WithAddDesk([](const adddata::AddDesk& at) {
+        logdefs::SEDefsEdit(at.Editing(), [&at] { adddata::CheckReferrersOnScreen(at, adddata::OpenedFrom::Editor); });
+    });
 }
 
 void Commands::SelectSite() {

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "adddata/adddesk.h"
 #include "dialogs/progress.h"
 #include "shell/actions.h"
-#include "shell/addscreen.h"
 #include "shell/helpindex.h"
 #include "shell/menu.h"
 #include "shell/startup.h"
@@ -24,6 +24,7 @@ struct Workplace {
     CurrentSite& current;
     SiteScreens& screens;
     Startup& startup;
+    adddata::ReadMemory& memory;
     std::string version{};
 };
 
@@ -51,6 +52,9 @@ private:
     bool Guarded(const std::function<NextStep()>& action);
 
     void AddLogData();
+    void ListAdded();
+    void DefineFormats();
+    void DefineEngines();
     void SelectSite();
     void NewSite();
     void Exit();
@@ -71,6 +75,8 @@ private:
     void OfferAddNow(const std::string& siteName);
     void Resume();
     bool SiteOrRecover();
+    // Over the open site.
+    void WithAddDesk(const std::function<void(const adddata::AddDesk& at)>& screen);
     void Help(const HelpPlace& place);
     void ShowMessagesAgain();
 

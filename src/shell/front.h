@@ -22,8 +22,6 @@ public:
     virtual bool ShowHelp(const std::string& page, const std::string& anchor) = 0;
     // A native path or an address, with the desktop's own means.
     virtual bool OpenDocument(const std::string& pathOrAddress) = 0;
-    // Native paths; none when the person cancelled.
-    virtual std::vector<std::string> PickLogs() = 0;
     // Settings of the program (section Parm of screens.ini) were entered anew.
     virtual void OptionsChanged() = 0;
     virtual void Quit() = 0;

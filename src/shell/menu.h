@@ -11,6 +11,9 @@ namespace shell {
 enum class Command {
     None,
     AddLogData,
+    ListAdded,
+    DefineFormats,
+    DefineEngines,
     SelectSite,
     NewSite,
     Exit,
@@ -47,12 +50,6 @@ inline constexpr std::string_view kNoGroups = "Reports by group are not built ye
 inline constexpr std::string_view kNoPlots = "Plots are not built yet.";
 inline constexpr std::string_view kNeedsReport =
     "Sorts a report window; reports on the desktop are not built yet. Use corvane-cli report in a terminal.";
-inline constexpr std::string_view kNoAddLog =
-    "What was added is not listed on the desktop yet; use corvane-cli log in a terminal.";
-inline constexpr std::string_view kNoFormats =
-    "Log formats cannot be edited on the desktop yet; use corvane-cli format in a terminal.";
-inline constexpr std::string_view kNoEngines =
-    "Search engines cannot be edited on the desktop yet; use corvane-cli engine in a terminal.";
 inline constexpr std::string_view kNoTargets =
     "Targets cannot be chosen on the desktop yet; they stand in targets.ini in the site's param folder.";
 inline constexpr std::string_view kNoAreas =
@@ -90,9 +87,9 @@ consteval auto Rows() {
     using enum Command;
     return std::array{
         Row("fMnu_FW", "Add ne&w raw log data", AddLogData, "Ctrl+L"),
-        Row("fMnu_FL", "&List raw log data added", kNoAddLog),
-        Group("fMnu_FM", "Define Log For&mats", kNoFormats),
-        Row("fMnu_FG", "Define Search En&gine Referrer strings", kNoEngines),
+        Row("fMnu_FL", "&List raw log data added", ListAdded),
+        Group("fMnu_FM", "Define Log For&mats", DefineFormats),
+        Row("fMnu_FG", "Define Search En&gine Referrer strings", DefineEngines),
         Group("fMnu_FS", "&Select site database", SelectSite, "Ctrl+O"),
         Row("fMnu_FD", "Add new site &database", NewSite, "Ctrl+N"),
         Group("fMnu_FX", "E&xit", Exit, "Ctrl+Q"),

@@ -14,7 +14,8 @@ Shell::Shell(const Places& places, const Outside& outside, std::string version)
       current_(session_, outside.front),
       screens_(session_, desk_, current_),
       startup_(session_, desk_, outside.front, actions_, current_, screens_),
-      work_{session_, desk_, outside.front, progress_, actions_, current_, screens_, startup_, std::move(version)},
+      work_{session_, desk_,    outside.front, progress_, actions_,
+            current_, screens_, startup_,      memory_,   std::move(version)},
       commands_(work_),
       front_(outside.front) {
     session_.Env().events.SetProgram(places.shared, "corvane", desk_.product + " " + work_.version);

@@ -59,6 +59,7 @@ private:
     CurrentSite current_;
     SiteScreens screens_;
     Startup startup_;
+    adddata::ReadMemory memory_{};
     Workplace work_;
     Commands commands_;
     Front& front_;

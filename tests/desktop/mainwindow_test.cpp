@@ -50,7 +50,7 @@ protected:
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, [&] {
             auto* window = Window();
-            if (window == nullptr || !window->isVisible()) return;
+            if (window == nullptr || !window->isVisible() || !window->Ready()) return;
             if (next < steps.size()) return steps[next++](*window);
             timer.stop();
             window->EndSoon();
@@ -155,7 +155,7 @@ TEST_F(MainWindowTest, AnEndFromOutsideClosesADialogAsEscapeWould) {
 
 TEST_F(MainWindowTest, DroppedFilesAreOfferedForAdding) {
     const std::string log =
-        home_.Write("dropped <i>.log",
+        home_.Write("dropped &amp; %1.log",
                     "192.0.2.1 - - [10/Oct/2025:13:55:36 +0000] \"GET / HTTP/1.1\" 200 2326 \"-\" \"Mozilla/5.0\"\n");
     Run({[&](MainWindow& window) {
              QMimeData data;

@@ -125,34 +125,45 @@ TEST_F(CommandsTest, OptionDialogsOpenAndStore) {
     EXPECT_NE(test.host.shown.back().problem.find("is no day"), std::string::npos);
 }
 
-TEST_F(CommandsTest, AddingProposesTheFormatThatFitsAndSumsUp) {
-    const std::string log = test.folder.Write("a|b.log", Combined("1.1.1.1", "02/Mar/2009:08:01:02", "/a.htm") +
-                                                             Combined("1.1.1.2", "02/Mar/2009:08:02:02", "/b.htm"));
-    test.host.WillPress("Cancel");
+TEST_F(CommandsTest, FilesAreAddedFromTheMenuOrDroppedAndThenListed) {
+    const std::string log = test.folder.Write("a.log", Combined("1.1.1.1", "02/Mar/2009:08:01:02", "/a.htm") +
+                                                           Combined("1.1.1.2", "02/Mar/2009:08:02:02", "/b.htm"));
+    test.host.WillPress("Done");
     test.shell->AddFiles({log});
     EXPECT_EQ(Lines(), 0);
     EXPECT_EQ(test.shell->dHelpID(), "FW");
 
-    test.front.picked = {log};
-    test.host.WillPress("Add", TestShell::Enter("/no/such.log"));
-    test.host.WillPress("Add", [&](dialogs::DialogModel& model) {
-        TestShell::Enter(log)(model);
-        for (dialogs::Control& control : model.controls.All()) {
-            if (!control.Is(dialogs::ControlType::ComboBox)) continue;
-            EXPECT_EQ(control.ComboText(), "apache-combined");
-            control.value = "iis-w3c-iis6";
-        }
-    });
-    test.host.WillPress("Add", [](dialogs::DialogModel& model) {
-        for (dialogs::Control& control : model.controls.All())
-            if (control.Is(dialogs::ControlType::ComboBox)) control.value = "apache-combined";
-    });
+    test.host.WillPress("Start. Read Log File", TestShell::Enter("/no/such.log"));
+    test.host.WillPress("Start. Read Log File", TestShell::Enter(log));
     test.host.WillPress("OK");
+    test.host.WillPress("List Problem Files for last read");
+    test.host.WillPress("OK");
+    test.host.WillPress("Done");
     test.shell->Run("fMnu_FW");
     EXPECT_TRUE(test.Showed("There is no such file: /no/such.log"));
-    EXPECT_TRUE(test.Showed("The format that fits best is \"apache-combined\"."));
-    EXPECT_NE(test.host.shown.back().message.find("Lines added: 2\r"), std::string::npos);
+    EXPECT_TRUE(test.Showed("Files were all read without problems."));
     EXPECT_EQ(Lines(), 2);
+
+    test.host.WillPress("Close");
+    test.shell->Run("fMnu_FL");
+    EXPECT_EQ(test.host.shown.back().message, "Logged Additions of raw log data to this site database");
+    // What the last add found belongs to its site.
+    test.host.WillPress("OK", TestShell::Choose("Other"));
+    test.shell->Run("fMnu_FS");
+    test.host.WillPress("List Problem Files for last read");
+    test.host.WillPress("Done");
+    test.shell->Run("fMnu_FW");
+    EXPECT_TRUE(test.Showed("Nothing was read yet."));
+    EXPECT_TRUE(test.host.Done());
+}
+
+TEST_F(CommandsTest, DefinitionsAreEditedFromTheMenu) {
+    for (const char* control : {"fMnu_FM", "fMnu_FG"}) {
+        SCOPED_TRACE(control);
+        test.host.WillPress("Cancel");
+        test.shell->Run(control);
+        EXPECT_EQ(test.shell->dHelpID(), std::string(control).substr(5));
+    }
     EXPECT_TRUE(test.host.Done());
 }
 
@@ -249,13 +260,6 @@ TEST_F(CommandsTest, ANewSiteTakesTheOptionsEnteredEvenWhenTheyCannotBeStored) {
     EXPECT_EQ(made.name, "Blog");
     EXPECT_FALSE(made.LastKeepVal);
     EXPECT_TRUE(test.host.Done());
-}
-
-TEST(PathsOf, LinesOrAPickersList) {
-    testsupport::TempFolder folder;
-    const std::string odd = folder.Write("a|b", "");
-    EXPECT_EQ(PathsOf(odd + "\r\n /x y \r\r/a|/b\n"), (std::vector<std::string>{odd, " /x y ", "/a", "/b"}));
-    EXPECT_TRUE(PathsOf(" \r\n").empty());
 }
 
 }  // namespace

@@ -20,7 +20,6 @@ public:
     int mainShown = 0, reportsClosed = 0, quits = 0, optionsChanged = 0;
     std::string caption{}, windowId{};
     std::vector<std::string> helpShown{};
-    std::vector<std::string> picked{};
     std::vector<shell::Arrange> arranged{};
     bool hasHelp = true;
 
@@ -34,7 +33,6 @@ public:
         return hasHelp;
     }
     bool OpenDocument(const std::string&) override { return true; }
-    std::vector<std::string> PickLogs() override { return picked; }
     void OptionsChanged() override { ++optionsChanged; }
     void Quit() override { ++quits; }
 };

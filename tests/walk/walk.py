@@ -182,13 +182,16 @@ def first_walk(screen, program, home):
 
 def second_walk(screen, program, home, log):
     corvane = start(screen, program, home, str(log))
-    screen.wait("Add raw log data", corvane)
+    screen.wait("^Add Log Data to Database", corvane)
     screen.shot("add-dialog")
-    screen.key("alt+a")
-    screen.wait("Add raw log data", corvane)
+    screen.key("alt+r")
+    screen.wait("^Add Log Data to Site DB", corvane)
     screen.shot("added")
     screen.key("Return")
-    screen.wait("Current Site DB", corvane)
+    screen.wait("^Add Log Data to Database", corvane)
+    screen.shot("data-added")
+    screen.key("Escape")
+    screen.wait("Current Site DB: Corvane", corvane)
     screen.shot("site-with-data")
     before = state(home)
     second = start(screen, program, home)
@@ -219,8 +222,8 @@ def damaged_walk(screen, program, home):
 def third_walk(screen, program, home, log):
     """Ended in the middle of an add; completed at the next start."""
     corvane = start(screen, program, home, str(log))
-    screen.wait("Add raw log data", corvane)
-    screen.key("alt+a")
+    screen.wait("^Add Log Data to Database", corvane)
+    screen.key("alt+r")
     screen.wait("Step 1/3", corvane)
     screen.shot("progress")
     time.sleep(0.3)
