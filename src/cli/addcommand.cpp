@@ -1,15 +1,18 @@
 #include <algorithm>
 #include <memory>
 
-#include "adddata/tryformat.h"
 #include "cli/addoutput.h"
 #include "cli/commands.h"
+#include "cli/filearguments.h"
 #include "cli/output.h"
+#include "cli/standardinput.h"
 #include "cli/suggest.h"
 #include "core/decompressreader.h"
 #include "core/inistore.h"
 #include "core/text.h"
+#include "logdefs/formatfinder.h"
 #include "logdefs/formatstore.h"
+#include "logread/logset.h"
 #include "logread/probe.h"
 
 namespace cli {
@@ -27,7 +30,7 @@ struct AddArguments {
     std::string overlap{};
     std::string invalid{};
     std::optional<bool> robots{}, components{};
-    bool json = false;
+    bool json = false, newRobots = false;
 };
 
 // A format's name as it is stored, or wrong usage with those that are.
@@ -38,20 +41,14 @@ void CheckFormat(Program& program, const std::string& name, const std::string& w
                      ValidAre(name, logdefs::LogFmtNames(program.Ini(), file)));
 }
 
-// Wildcards that the shell left alone name files only where there are some.
-bool NamesFiles(const std::string& path) {
-    if (path.find('*') == std::string::npos || core::Exists(path)) return true;
-    return !core::ListFiles(core::fPathOf(path), core::fNameOf(path)).empty();
-}
-
 adddata::AddRequest RequestOf(Program& program, const AddArguments& arguments, std::vector<std::string>& errors) {
     adddata::AddRequest request;
     for (const std::string& given : arguments.files) {
-        const std::string path = AbsolutePath(given);
-        if (NamesFiles(path))
+        const std::string path = LogArgument(given);
+        if (!logread::NamesMany(path) || logread::NamesFiles(path))
             request.files.push_back({path, ""});
         else
-            errors.push_back("No file matches " + path + ". Check the folder and the name.");
+            errors.push_back(NoFile(path));
     }
     request.format = arguments.format;
     if (!request.format.empty()) CheckFormat(program, request.format, "");
@@ -85,19 +82,21 @@ std::string StartOf(const std::string& path) {
 }
 
 std::optional<Misfit> MisfitOf(Program& program, const logread::FileRecord& record) {
-    if (!record.skipped || record.overlapped || core::FileSize(record.FileName) <= 0) return std::nullopt;
-    if (!core::IsRegularFile(record.FileName)) return std::nullopt;
-    const std::string start = StartOf(record.FileName);
+    const std::string path = logread::OpenedPath(record.FileName);
+    if (!record.skipped || record.overlapped || core::FileSize(path) <= 0) return std::nullopt;
+    if (!core::IsRegularFile(path)) return std::nullopt;
+    const std::string start = StartOf(path);
     if (start.empty() || !logread::PackedKind(start).empty() || logread::LooksBinary(start)) return std::nullopt;
     const std::string formats = program.Session().ProgramFiles().formats;
     const logdefs::LogFormatLoaded loaded = logdefs::LogFmtLoad(program.Ini(), record.format, formats);
-    adddata::FormatTrial trial;
-    std::vector<adddata::FormatTrial> trials;
-    if (!adddata::TryFormat(record.FileName, record.format, loaded.format, 0, trial)) return std::nullopt;
-    if (!adddata::TryAllFormats(program.Ini(), formats, record.FileName, trials)) return std::nullopt;
+    logdefs::LogSample sample;
+    if (!logdefs::ReadLogSample(path, logdefs::kSampleLines, sample)) return std::nullopt;
+    const double now = program.Env().clock.Now();
+    const logdefs::FormatTrial trial = logdefs::TryFormat(sample, record.format, loaded.format, 0, now);
+    const std::vector<logdefs::FormatTrial> trials = logdefs::FindFormats(program.Ini(), formats, sample, now);
     Misfit misfit{record.FileName,         record.format,     trial.lines, trial.fit,
                   trial.firstMisfitNumber, trial.firstMisfit, {}};
-    for (const adddata::FormatTrial& other : trials) misfit.wouldFit.push_back(other.format);
+    for (const logdefs::FormatTrial& other : trials) misfit.wouldFit.push_back(other.format);
     return misfit;
 }
 
@@ -110,14 +109,27 @@ void TellStopped(Program& program, sitedb::Site& site, const adddata::AddOutcome
 }
 
 int StatusOf(Program& program, const AddResult& result) {
+    if (result.newRobots && !result.newRobots->goOn) {
+        if (SignalSeen() != 0) return kSignalled + SignalSeen();
+        return result.newRobots->stopped ? kStopped : kFailed;
+    }
     if (SignalSeen() != 0 && result.outcome.Status() != 0) return kSignalled + SignalSeen();
     if (result.outcome.visits.cancelled || program.User().Cancelled()) return kStopped;
     return result.errors.empty() ? result.outcome.Status() : std::max(kFailed, result.outcome.Status());
 }
 
+// False: the search for new robots ended the add before it began.
+bool NewRobots(Program& program, sitedb::Site& site, AddResult& result, adddata::AddRequest& request) {
+    result.newRobots = MakeNewRobots(program, site, request);
+    PrintNewRobots(*result.newRobots);
+    request.preprocessSeconds = result.newRobots->seconds;
+    return result.newRobots->goOn;
+}
+
 int Add(Program& program, const AddArguments& arguments) {
     AddResult result;
-    const adddata::AddRequest request = RequestOf(program, arguments, result.errors);
+    const bool fromInput = WantsStandardInput(arguments.files);
+    adddata::AddRequest request = RequestOf(program, arguments, result.errors);
     const auto site = program.OpenSite();
     if (site->ReadOnly()) throw Failure("The site's folder cannot be written: " + site->Paths().folder);
     result.site = site->Options().name;
@@ -125,9 +137,11 @@ int Add(Program& program, const AddArguments& arguments) {
         CheckFormat(program, program.Ini().IniGet("Main", "LFmtDflt", site->Paths().lastVals),
                     " (the site's default, LFmtDflt; give one with --format)");
     for (const std::string& error : result.errors) PrintError(error);
+    if (fromInput) KeepStandardInput(site->Paths().temp);
     if (!request.files.empty()) {
         try {
-            result.outcome = adddata::AddLogData(program.Env(), *site, program.Session().ProgramFiles(), request);
+            if (!arguments.newRobots || NewRobots(program, *site, result, request))
+                result.outcome = adddata::AddLogData(program.Env(), *site, program.Session().ProgramFiles(), request);
         } catch (const Unanswered& question) {
             const bool waits = !site->UnfinishedAdd(program.Env()).empty();
             throw UsageError(
@@ -146,7 +160,7 @@ int Add(Program& program, const AddArguments& arguments) {
     if (!request.files.empty()) TellStopped(program, *site, result.outcome);
     if (arguments.json)
         PrintAddJson(result);
-    else if (!request.files.empty())
+    else if (!request.files.empty() && (!result.newRobots || result.newRobots->goOn))
         PrintAddText(result);
     return result.status;
 }
@@ -191,8 +205,7 @@ void AddAddCommands(CLI::App& root, Program& program) {
     auto arguments = std::make_shared<AddArguments>();
     CLI::App* add = NewCommand(root, "add", "Read log files into the site and build visits",
                                "add --format apache-combined --no-robots --invalid skip --overlap add access.log*");
-    AddTexts(*add, "FILE", arguments->files, "Logs, read in this order as one list; * in a name is all that match")
-        ->required();
+    AddTexts(*add, "FILE", arguments->files, std::string(kFileHelp))->required();
     AddText(*add, "--format", arguments->format, "Name of the log format (default: the site's LFmtDflt)");
     AddText(*add, "--filter", arguments->filter,
             "Main filter: all (off), only (what satisfies it), except (what does not)");
@@ -201,6 +214,9 @@ void AddAddCommands(CLI::App& root, Program& program) {
     AddText(*add, "--overlap", arguments->overlap,
             "Files whose dates overlap stored data: add (identical lines are left out) or skip");
     AddText(*add, "--invalid", arguments->invalid, "Lines that do not fit: skip them, or stop at the first of a file");
+    add->add_flag("--new-robots", arguments->newRobots,
+                  "First look for user agents that asked for robots.txt, and make robot filters of those that do not "
+                  "look like browsers");
     add->add_flag("--json", arguments->json, "All counters as JSON");
     add->callback([=, &program] { program.run = [=, &program] { return Add(program, *arguments); }; });
 

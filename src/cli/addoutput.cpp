@@ -134,6 +134,7 @@ void PrintAddJson(const AddResult& result) {
                  {"errors", ErrorsJson(std::move(errors), visits)},
                  {"warnings", result.outcome.warnings},
                  {"messages", visits.messages}});
+    if (result.newRobots) json["newRobots"] = NewRobotsJson(*result.newRobots);
     PrintJson(json);
 }
 

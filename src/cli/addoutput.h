@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "adddata/adddata.h"
+#include "cli/newrobots.h"
 #include "cli/program.h"
 
 // What an add and a resume print.
@@ -25,6 +27,7 @@ struct AddResult {
     adddata::AddOutcome outcome{};
     std::vector<std::string> errors{};  // of the command itself
     std::vector<Misfit> misfits{};
+    std::optional<NewRobotsMade> newRobots{};  // when they were looked for
 };
 
 void PrintAddJson(const AddResult& result);

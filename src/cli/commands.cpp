@@ -75,10 +75,7 @@ const std::string& Choice(const std::string& option, const std::string& value, c
 
 std::string AbsolutePath(const std::string& path) {
     if (path.empty()) throw UsageError("A file name is empty.");
-    if (path == "-")
-        throw UsageError(
-            "Standard input (-) cannot be read as a log: the file's first and last lines are looked at before it is "
-            "read. Save it to a file and name that.");
+    if (path == "-") throw UsageError("Standard input (-) is no file that this command reads. Save it and name that.");
     if (path.front() == '/') return path;
     std::array<char, PATH_MAX> here{};
     if (::getcwd(here.data(), here.size()) == nullptr)

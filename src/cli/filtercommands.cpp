@@ -5,6 +5,7 @@
 
 #include "adddata/adddata.h"
 #include "cli/commands.h"
+#include "cli/filtertry.h"
 #include "cli/output.h"
 #include "cli/suggest.h"
 #include "core/cds.h"
@@ -18,26 +19,18 @@ namespace {
 
 using nlohmann::ordered_json;
 
-constexpr std::string_view kSection = "Filters";
-constexpr std::string_view kSelected = "Fltr Sel";
+constexpr std::string_view kSection = kFilterSection;
+constexpr std::string_view kSelected = kFilterSelected;
 
 struct FilterArguments {
     std::string family{}, name{};
-    std::string field{}, op{}, value{};
+    std::string field{}, op{}, value{}, format{};
     std::vector<std::string> rules{};
     bool matchCase = false, any = false, all = false, json = false, hasValue = false;
 };
 
-// One family of conditions: its file and the key that lists its names.
-struct Family {
-    std::string word{};
-    std::string file{};
-    std::string listKey{};
-    bool allApply = false;  // robots: every condition of the list applies, none is selected
-};
-
 // `lock` is taken where the family belongs to a site and is written.
-Family FamilyOf(Program& program, const std::string& word, core::FileLock* lock = nullptr) {
+FilterFamily FamilyOf(Program& program, const std::string& word, core::FileLock* lock = nullptr) {
     Choice("FAMILY", word, {"main", "components", "robots"});
     if (word == "robots") return {word, program.Session().ProgramFiles().robots, "SkipRobotUserAgents", true};
     const sitedb::SitePaths site = lock != nullptr ? program.LockSite(*lock) : program.SiteFiles();
@@ -52,16 +45,16 @@ std::vector<std::string> Items(std::string_view list) {
     return items;
 }
 
-std::vector<std::string> Names(Program& program, const Family& family) {
+std::vector<std::string> Names(Program& program, const FilterFamily& family) {
     return Items(program.Ini().IniGet(kSection, family.listKey, family.file));
 }
 
-std::string Selected(Program& program, const Family& family) {
+std::string Selected(Program& program, const FilterFamily& family) {
     return family.allApply ? std::string() : program.Ini().IniGet(kSection, kSelected, family.file);
 }
 
 // The name as it is listed.
-std::string Known(Program& program, const Family& family, const std::string& name) {
+std::string Known(Program& program, const FilterFamily& family, const std::string& name) {
     const std::vector<std::string> names = Names(program, family);
     for (const std::string& known : names)
         if (core::fEquals(known, name, core::Case::Ignore)) return known;
@@ -70,7 +63,7 @@ std::string Known(Program& program, const Family& family, const std::string& nam
 }
 
 int List(Program& program, const FilterArguments& arguments) {
-    const Family family = FamilyOf(program, arguments.family);
+    const FilterFamily family = FamilyOf(program, arguments.family);
     const std::string selected = Selected(program, family);
     ordered_json list = ordered_json::array();
     TextTable table{{{""}, {"Name"}, {"Condition"}}, {}};
@@ -99,27 +92,33 @@ std::string OperatorWord(int type) {
     return row == logdefs::kOperators.end() ? std::string() : std::string(row->word);
 }
 
-int Show(Program& program, const FilterArguments& arguments) {
-    const Family family = FamilyOf(program, arguments.family);
-    const std::string name = Known(program, family, arguments.name);
+ordered_json ConditionJson(Program& program, const FilterFamily& family, const std::string& name) {
     const logdefs::Condition condition = logdefs::FltrCndnRead(program.Ini(), name, family.file);
     ordered_json rules = ordered_json::array();
-    TextTable table{{{"Rule"}, {"Field"}, {"Operator"}, {"Value"}, {"Match case"}}, {}};
     for (const std::string& rule : Items(condition.list)) {
         const logdefs::StoredRule stored = logdefs::FltrRuleRead(program.Ini(), rule, family.file);
-        const std::string field = FieldWord(stored.colType);
-        const std::string op = OperatorWord(stored.rule.Typ);
-        rules.push_back(
-            {{"name", rule}, {"field", field}, {"op", op}, {"value", stored.rule.Val}, {"matchCase", stored.rule.MC}});
-        table.rows.push_back({rule, field, op, stored.rule.Val, stored.rule.MC ? "yes" : "no"});
+        rules.push_back({{"name", rule},
+                         {"field", FieldWord(stored.colType)},
+                         {"op", OperatorWord(stored.rule.Typ)},
+                         {"value", stored.rule.Val},
+                         {"matchCase", stored.rule.MC}});
     }
+    return {{"name", name}, {"multiple", condition.multiple}, {"any", condition.any}, {"rules", std::move(rules)}};
+}
+
+int Show(Program& program, const FilterArguments& arguments) {
+    const FilterFamily family = FamilyOf(program, arguments.family);
+    const ordered_json json = ConditionJson(program, family, Known(program, family, arguments.name));
     if (arguments.json) {
-        PrintJson(
-            {{"name", name}, {"multiple", condition.multiple}, {"any", condition.any}, {"rules", std::move(rules)}});
+        PrintJson(json);
         return 0;
     }
-    if (condition.multiple)
-        Print(condition.any ? "Any of these rules is enough:\n" : "All of these rules must hold:\n");
+    TextTable table{{{"Rule"}, {"Field"}, {"Operator"}, {"Value"}, {"Match case"}}, {}};
+    for (const ordered_json& rule : json["rules"])
+        table.rows.push_back(
+            {rule["name"], rule["field"], rule["op"], rule["value"], rule["matchCase"].get<bool>() ? "yes" : "no"});
+    if (json["multiple"].get<bool>())
+        Print(json["any"].get<bool>() ? "Any of these rules is enough:\n" : "All of these rules must hold:\n");
     PrintTable(table);
     return 0;
 }
@@ -146,7 +145,7 @@ logdefs::StoredRule RuleOf(const FilterArguments& arguments) {
 }
 
 // Names of single rules, as they are listed.
-std::string RuleList(Program& program, const Family& family, const FilterArguments& arguments) {
+std::string RuleList(Program& program, const FilterFamily& family, const FilterArguments& arguments) {
     if (family.allApply)
         throw UsageError(
             "Conditions of robots are single rules, each of which applies: --rule goes with main and components.");
@@ -165,7 +164,7 @@ std::string RuleList(Program& program, const Family& family, const FilterArgumen
 }
 
 // Multiple conditions that hold the rule.
-std::string UsedBy(Program& program, const Family& family, const std::string& rule) {
+std::string UsedBy(Program& program, const FilterFamily& family, const std::string& rule) {
     for (const std::string& name : Names(program, family)) {
         const logdefs::Condition condition = logdefs::FltrCndnRead(program.Ini(), name, family.file);
         if (condition.multiple && core::CDSHas(rule, condition.list, {}, core::Case::Ignore).found) return name;
@@ -173,13 +172,13 @@ std::string UsedBy(Program& program, const Family& family, const std::string& ru
     return {};
 }
 
-void Written(bool ok, const Family& family) {
+void Written(bool ok, const FilterFamily& family) {
     if (!ok) throw Failure("The filter could not be written to " + family.file);
 }
 
 int Set(Program& program, const FilterArguments& arguments) {
     core::FileLock lock;
-    const Family family = FamilyOf(program, arguments.family, &lock);
+    const FilterFamily family = FamilyOf(program, arguments.family, &lock);
     CheckSectionName("a condition", arguments.name);
     core::IniStore& ini = program.Ini();
     if (arguments.rules.empty()) {
@@ -198,7 +197,10 @@ int Set(Program& program, const FilterArguments& arguments) {
     const std::string names = ini.IniGet(kSection, family.listKey, family.file);
     const core::CDSAdded added = core::CDSAdd(names, arguments.name, {}, 2);
     if (added.added) Written(ini.IniPutWhole(kSection, family.listKey, added.list, family.file), family);
-    Print(Safe(arguments.name) + ": " + Safe(logdefs::FltrCndnText(ini, arguments.name, family.file)) + "\n");
+    if (arguments.json)
+        PrintJson(ConditionJson(program, family, arguments.name));
+    else
+        Print(Safe(arguments.name) + ": " + Safe(logdefs::FltrCndnText(ini, arguments.name, family.file)) + "\n");
     if (!family.allApply && Selected(program, family).empty())
         PrintError("No condition is in use yet. Choose one with: corvane-cli filter select " + family.word + " NAME");
     return 0;
@@ -206,20 +208,24 @@ int Set(Program& program, const FilterArguments& arguments) {
 
 int Select(Program& program, const FilterArguments& arguments) {
     core::FileLock lock;
-    const Family family = FamilyOf(program, arguments.family, &lock);
+    const FilterFamily family = FamilyOf(program, arguments.family, &lock);
     if (family.allApply)
         throw UsageError(
             "All conditions of robots apply; none is selected. Take one off with: corvane-cli filter remove robots "
             "NAME");
     const std::string name = Known(program, family, arguments.name);
     Written(program.Ini().IniPut(kSection, kSelected, name, family.file), family);
-    Print("In use now: " + Safe(name) + ": " + Safe(logdefs::FltrCndnText(program.Ini(), name, family.file)) + "\n");
+    if (arguments.json)
+        PrintJson(ConditionJson(program, family, name));
+    else
+        Print("In use now: " + Safe(name) + ": " + Safe(logdefs::FltrCndnText(program.Ini(), name, family.file)) +
+              "\n");
     return 0;
 }
 
 int Remove(Program& program, const FilterArguments& arguments) {
     core::FileLock lock;
-    const Family family = FamilyOf(program, arguments.family, &lock);
+    const FilterFamily family = FamilyOf(program, arguments.family, &lock);
     const std::string name = Known(program, family, arguments.name);
     if (const std::string user = UsedBy(program, family, name); !user.empty())
         throw UsageError("\"" + name + "\" is a rule of \"" + user +
@@ -232,11 +238,21 @@ int Remove(Program& program, const FilterArguments& arguments) {
                             family.file) &&
                 ini.IniEraseSection(name, family.file),
             family);
-    Print("Removed: " + Safe(name) + "\n");
+    if (arguments.json)
+        PrintJson({{"removed", name}, {"wasInUse", selected}});
+    else
+        Print("Removed: " + Safe(name) + "\n");
     if (selected)
         PrintError("It was the one in use; none is now. Choose one with: corvane-cli filter select " + family.word +
                    " NAME");
     return 0;
+}
+
+int Try(Program& program, const FilterArguments& arguments) {
+    if (arguments.hasValue == !arguments.name.empty()) throw UsageError("Give either a log FILE or --value TEXT.");
+    const FilterFamily family = FamilyOf(program, arguments.family);
+    return arguments.hasValue ? TryFilterOnValue(program, family, arguments.value, arguments.json)
+                              : TryFilterOnLog(program, family, arguments.name, arguments.format, arguments.json);
 }
 
 using Command = int (*)(Program&, const FilterArguments&);
@@ -252,7 +268,7 @@ CLI::App* AddOne(CLI::App& family, Program& program, const std::shared_ptr<Filte
 }  // namespace
 
 void AddFilterCommands(CLI::App& root, Program& program) {
-    CLI::App* family = NewFamily(root, "filter", "Filters of an add: list, show, set, select, remove");
+    CLI::App* family = NewFamily(root, "filter", "Filters of an add: list, show, set, select, remove, try");
     auto arguments = std::make_shared<FilterArguments>();
     const auto name = [&](CLI::App* app) {
         AddText(*app, "NAME", arguments->name, "Name of the condition")->required();
@@ -281,10 +297,25 @@ void AddFilterCommands(CLI::App& root, Program& program) {
     set->add_flag("--any", arguments->any, "One satisfied rule is enough");
     set->add_flag("--all", arguments->all, "All rules must hold");
 
-    name(AddOne(*family, program, arguments, "select", "Choose the condition that an add uses",
-                "filter select main \"Shop pages\"", Select));
-    name(
-        AddOne(*family, program, arguments, "remove", "Remove a condition", "filter remove robots examplebot", Remove));
+    set->add_flag("--json", arguments->json, "As JSON");
+
+    CLI::App* select = AddOne(*family, program, arguments, "select", "Choose the condition that an add uses",
+                              "filter select main \"Shop pages\"", Select);
+    name(select);
+    select->add_flag("--json", arguments->json, "As JSON");
+    CLI::App* remove =
+        AddOne(*family, program, arguments, "remove", "Remove a condition", "filter remove robots examplebot", Remove);
+    name(remove);
+    remove->add_flag("--json", arguments->json, "As JSON");
+
+    CLI::App* trial = AddOne(*family, program, arguments, "try",
+                             "How many of the first lines of a log, or whether a value, satisfy the filter in use",
+                             "filter try main access.log", Try);
+    AddText(*trial, "FILE", arguments->name, "A log; its first 1000 lines are tried");
+    AddText(*trial, "--value", arguments->value, "A text to try instead of a log")
+        ->each([arguments](const std::string&) { arguments->hasValue = true; });
+    AddText(*trial, "--format", arguments->format, "Name of the log format (default: the site's LFmtDflt)");
+    trial->add_flag("--json", arguments->json, "As JSON");
 }
 
 }  // namespace cli

@@ -32,6 +32,9 @@ void SetUp(CLI::App& root, cli::Program& program) {
     cli::AddAddCommands(root, program);
     cli::AddLogCommands(root, program);
     cli::AddReportCommands(root, program);
+    cli::AddPlotCommands(root, program);
+    cli::AddTargetCommands(root, program);
+    cli::AddGroupCommands(root, program);
     cli::AddFormatCommands(root, program);
     cli::AddEngineCommands(root, program);
     cli::AddFilterCommands(root, program);

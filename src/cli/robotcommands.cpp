@@ -11,6 +11,7 @@
 #include "core/inistore.h"
 #include "core/text.h"
 #include "core/utf8.h"
+#include "logdefs/rulebrowsers.h"
 
 namespace cli {
 namespace {
@@ -111,7 +112,13 @@ int Set(Program& program, const RobotArguments& arguments) {
     if (!logdefs::FltrRuleWrite(ini, arguments.name, file, stored) ||
         (added.added && !ini.IniPutWhole(kSection, kListKey, added.list, file)))
         throw Failure("The filter could not be written to " + file);
-    Print(Safe(arguments.name) + ": " + Safe(logdefs::FltrCndnText(ini, arguments.name, file)) + "\n");
+    const logdefs::StoredRule written = logdefs::FltrRuleRead(ini, arguments.name, file);
+    if (arguments.json)
+        PrintJson(RuleJson(arguments.name, written));
+    else
+        Print(Safe(arguments.name) + ": " + Safe(logdefs::FltrCndnText(ini, arguments.name, file)) + "\n");
+    if (const auto browser = logdefs::BrowserTaken(written))
+        PrintError("Note: browsers of people satisfy this filter, such as: " + *browser);
     return 0;
 }
 
@@ -123,7 +130,10 @@ int Remove(Program& program, const RobotArguments& arguments) {
     if (!ini.IniPutWhole(kSection, kListKey, core::CDSRemove(list, name, {}, core::Case::Ignore).list, file) ||
         !ini.IniEraseSection(name, file))
         throw Failure("The filter could not be written to " + file);
-    Print("Removed: " + Safe(name) + "\n");
+    if (arguments.json)
+        PrintJson({{"removed", name}});
+    else
+        Print("Removed: " + Safe(name) + "\n");
     return 0;
 }
 
@@ -267,7 +277,10 @@ void AddRobotCommands(CLI::App& root, Program& program) {
     AddText(*set, "--op", arguments->op, "starts-with (default), contains, equals, greater-than, less-than, is-number");
     AddText(*set, "--field", arguments->field, "agent (default), referrer, file or status");
     set->add_flag("--match-case", arguments->matchCase, "Capital and small letters differ");
-    name(add("remove", "Remove a robot filter", "robot remove Examplebot", Remove));
+    json(set);
+    CLI::App* remove = add("remove", "Remove a robot filter", "robot remove Examplebot", Remove);
+    name(remove);
+    json(remove);
     CLI::App* trial = add("try", "The filter that takes a user agent", "robot try 'Examplebot/1.0'", Try);
     AddTexts(*trial, "AGENT", arguments->agents, "User agents as the log has them")->required();
     json(trial);

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Drives the built corvane-cli as a person or a script would. Usage: cli_test.py PROGRAM"""
 import csv
+import gzip
 import io
 import json
 import os
@@ -12,6 +13,7 @@ import signal
 import sqlite3
 import subprocess
 import sys
+import tarfile
 import tempfile
 import time
 import unittest
@@ -160,18 +162,47 @@ class TheWholeRoad(CliCase):
         self.run_cli("format", "set", "mine", spec, "[%S,%r]")
         self.assertEqual(self.run_cli("format", "show", "mine"), spec + "\n[%S,%r]\n")
         self.assertEqual(self.run_json("format", "try", "apache-combined", log)["fit"], 7)
-        self.assertIn("apache-combined", [trial["format"] for trial in self.run_json("format", "try", log)])
+        self.assertEqual(self.run_json("format", "try", log)[0]["format"], "apache-combined")
+        self.assertEqual(self.run_json("format", "set", "mine", "%S %r;", "%S,%r;")["specs"], ["%S %r;", "%S,%r;"])
+        for name, wrong in (("x", "%S|%r "), ("x", "no placeholder"), ("Main", "%S "), ("a]b", "%S ")):
+            self.run_cli("format", "set", name, wrong, status=2)
+        self.run_cli("format", "set", "near", '%S %r~%c "%f')
+        tried = self.run_json("format", "try", "near", log, status=1)
+        self.assertEqual((tried["plausible"], tried["firstMisfitColumn"], tried["expected"]), (0, 11, "~"))
+        self.assertEqual(tried["missing"], ["referrer", "agent", "bytes"])
+        self.run_cli("format", "try", "near", log, status=1)
+        self.assertIn('Column 11: "~" is looked for here', self.out)
+        self.assertEqual(self.run_json("format", "remove", "near")["name"], "near")
+        self.run_cli("format", "show", "near", status=2)
 
         self.run_cli("engine", "set", "--add", "http://*.finder.*/* ?ask")
         tried = self.run_json("engine", "try", "https://www.finder.org/x?ask=Two+Words", SEARCH, "http://example.org/")
         self.assertEqual([(t["engine"], t["raw"], t["term"]) for t in tried],
                          [("FINDER", "Two+Words", "two words"), ("GOOGLE", "red+shoes", "red shoes"), (None, None, None)])
         before = self.run_json("engine", "list")
-        self.run_cli("engine", "set", "http://good.*/* ?q", "http://bad.*/*", status=2)
+        self.run_cli("engine", "set", "http://good.*/* ?q", "http://bad[.*/* ?q", status=2)
         self.assertIn("Definition 2", self.err)
         self.assertEqual(self.run_json("engine", "list"), before)
         self.run_cli("engine", "set", "--file", "-", text="http://one.*/* ?q\r\nhttp://two.*/* ?q\n")
         self.assertEqual(len(self.run_json("engine", "list")), 2)
+
+    def test_engines_one_by_one(self):
+        self.run_cli("engine", "set", "http://*.finder.*/* ?q", "http://finder.net/* ?p", "http://chat.test/*")
+        self.assertIn("http://chat.test/* names no place of a term", self.err)
+        shown = self.run_json("engine", "show", "Finder")
+        self.assertEqual([(d["number"], d["url"], d["places"], d["general"]) for d in shown],
+                         [(1, "http://*.finder.*/*", "?q", True), (2, "http://finder.net/*", "?p", False)])
+        self.assertTrue(self.run_json("engine", "show", "CHAT")[0]["assistant"])
+        self.run_cli("engine", "show", "fynder", status=2)
+        self.assertIn("FINDER", self.err)
+        tried = self.run_json("engine", "try", "https://chat.test/")[0]
+        self.assertEqual((tried["engine"], tried["assistant"], tried["found"]), ("CHAT", True, False))
+        for wrong in ("0", "4", "http://*.finder.*"):
+            self.run_cli("engine", "remove", wrong, status=2)
+        self.assertEqual(self.run_json("engine", "remove", "1", "http://finder.net/*"), {"definitions": 1})
+        self.assertEqual(self.run_json("engine", "list"), ["http://chat.test/*"])
+        self.run_cli("engine", "remove", "1", status=2)
+        self.assertIn("delivered one", self.err)
 
     def test_filters(self):
         self.make_site()
@@ -196,6 +227,16 @@ class TheWholeRoad(CliCase):
         self.run_cli("filter", "select", "robots", "shoebot", status=2)
         self.run_cli("filter", "remove", "robots", "shoebot")
         self.assertNotIn("shoebot", [row["name"] for row in self.run_json("filter", "list", "robots")])
+        tried = self.run_json("filter", "try", "main", log)
+        self.assertEqual((tried["lines"] - tried["fit"], tried["satisfied"], len(tried["examples"])), (1, 2, 2))
+        self.assertEqual(self.run_json("filter", "try", "main", "--value", "google/Shoes"),
+                         {"value": "google/Shoes", "satisfied": True,
+                          "rules": [{"name": "Shoes", "satisfied": True}, {"name": "Found", "satisfied": True}]})
+        self.assertFalse(self.run_json("filter", "try", "robots", "--value", "nobody")["satisfied"])
+        self.run_cli("filter", "try", "main", status=2)
+        self.run_cli("filter", "try", "main", log, "--value", "x", status=2)
+        self.assertEqual(self.run_json("filter", "remove", "main", "Both"), {"removed": "Both", "wasInUse": True})
+        self.run_cli("filter", "try", "main", log, status=2)
 
 
 class SitesLeave(CliCase):
@@ -280,10 +321,11 @@ class BadInput(CliCase):
         cases = [
             (["reprot"], "report"), (["report", "trems"], "terms"), (["report", "terms", "--tpo", "3"], "--top"),
             (["report", "terms", "--from", "2024-13-01"], "YYYY-MM-DD"), (["report", "terms", "--as", "cvs"], "csv"),
-            (["report", "terms", "--kind", "grouped"], "not built yet"), (["report", "terms", "--deviation"], "not built yet"),
+            (["report", "engines", "--kind", "grouped"], "There are no groups of engines"),
+            (["plot", "terms"], "--line TEXT"), (["plot", "terms", "--total", "--line", "x"], "--line TEXT"),
             (["report", "terms", "--from", "2024-02-02", "--to", "2024-02-01"], "behind"),
             (["--site", "Shup", "site", "show"], "Shop"), (["site", "select", "x"], "Shop"), (["site", "show", "x"], "Shop"),
-            (["site", "shwo"], "show"), (["add", "-"], "Standard input"), (["add"], "FILE"),
+            (["site", "shwo"], "show"), (["add", "-", "-"], "Standard input"), (["add"], "FILE"),
             (["add", "--format", "apache-combind", "a.log"], "apache-combined"), (["add", "--filter", "some", "a.log"], "except"),
             (["format", "show", "nginx"], "nginx-combined"), (["filter", "list", "robot"], "robots"),
         ]
@@ -571,6 +613,24 @@ class RobotsAndChecks(CliCase):
         self.run_cli("robot", "set", "All", status=2)
         self.run_cli("robot", "remove", "Googlebott", status=2)
         self.assertIn("Googlebot", self.err)
+        self.assertEqual(self.run_json("robot", "set", "Wide", "--value", "Mozilla/5.0 (X11")["value"], "mozilla/5.0 (x11")
+        self.assertIn("browsers of people", self.err)
+        self.assertEqual(self.run_json("robot", "remove", "wide"), {"removed": "Wide"})
+
+    def test_an_add_makes_filters_of_new_robots_first(self):
+        log = self.write("more.log", pathlib.Path(self.log).read_text() +
+                         line(4, path="/robots.txt", agent="Mozilla/5.0 (X11; Linux) Own/1"))
+        added = self.run_json("add", "--new-robots", "--no-robots", log)
+        new = added["newRobots"]
+        self.assertEqual([each["agent"] for each in new["added"]], ["Mooncat/1.0", "Spark|{x}"])
+        self.assertEqual(new["browsers"], ["Mozilla/5.0 (X11; Linux) Own/1"])
+        self.assertGreaterEqual(added["totals"]["AllBots"], 4)
+        self.assertIn("Spark|{x}", self.err)
+        self.assertTrue(self.run_json("robot", "try", "spark|{x}")[0]["robot"])
+        self.run_cli("add", "--new-robots", "--overlap", "add", log)
+        self.assertIn("No new filters created.", self.err)
+        self.run_cli("add", "--new-robots", str(self.home / "gone.log"), status=1)
+        self.assertIn("Read raw log data cancelled or failed.", self.err)
 
     def test_checks_store_nothing(self):
         check = self.run_json("check", "referrers", self.log)
@@ -594,6 +654,61 @@ class RobotsAndChecks(CliCase):
         for command in (("robot", "find"), ("check", "referrers"), ("check", "pages"), ("check", "robots")):
             self.run_cli(*command, "absent.log", status=1)
             self.run_cli(*command, self.log, "--format", "no-such", status=2)
+
+
+class LogsAsTheyLie(CliCase):
+    def setUp(self):
+        super().setUp()
+        self.make_site()
+        self.folder.joinpath("logs").mkdir()
+
+    def test_a_folder_is_read_in_the_order_of_its_dates(self):
+        self.write("logs/access.log", line(300, path="/new.html"))
+        self.write("logs/access.log.1", line(200))
+        self.write("logs/access.log.2.gz", gzip.compress(line(100).encode()))
+        self.write("logs/.hidden", line(0))
+        files = self.add("logs")["files"]
+        self.assertEqual([pathlib.Path(file["FileName"]).name for file in files],
+                         ["access.log.2.gz", "access.log.1", "access.log"])
+        self.assertEqual(sum(file["LinesAdded"] for file in files), 3)
+        self.folder.joinpath("empty").mkdir()
+        self.run_cli("add", "empty", status=1)
+        self.assertIn("no log in", self.err)
+
+    def test_standard_input(self):
+        home = self.home
+        words = ("add", "--json", "--invalid", "skip", "--overlap", "add")
+        for given in (shop_log().encode(), gzip.compress(shop_log().encode())):
+            added = json.loads(self.run_bytes(*words, "-", given=given))
+            self.assertEqual(added["files"][0]["FileName"], "-")
+            self.assertEqual(added["totals"]["AllLinesRead"], 7)
+        self.assertEqual(added["totals"]["AllLinesAdded"], 0)  # packed, the same again
+        self.assertFalse(list(home.glob("sites/*/temp")))
+        with open(self.write("plain.log", line(900)), "rb") as log:
+            done = subprocess.run([PROGRAM, *words, "-"], env=self.env, stdin=log, capture_output=True, timeout=60)
+        self.assertEqual(json.loads(done.stdout)["totals"]["AllLinesAdded"], 1)
+        self.run_cli("add", "-", "-", status=2, text="")
+        self.assertIn("once", self.err)
+        self.run_cli("add", "-", status=1, text="")
+        self.assertIn("is empty", self.err)
+        out = self.run_bytes("check", "pages", "--invalid", "skip", "-", given=line(5, path="/found.html").encode())
+        self.assertIn("found.html", out)
+        self.assertFalse(list(home.glob("sites/*/temp")))
+
+    def run_bytes(self, *arguments, given):
+        done = subprocess.run([PROGRAM, *arguments], env=self.env, cwd=self.folder, input=given, capture_output=True,
+                              timeout=60)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stdout.decode()
+
+    def test_archives_are_refused_with_advice(self):
+        with tarfile.open(self.folder / "logs.tar.gz", "w:gz") as archive:
+            archive.add(self.write("inner.log", shop_log()), "inner.log")
+        self.add("logs.tar.gz", status=1)
+        self.assertIn("archive of files (tar)", self.err)
+        self.write("logs.zip", b"PK\x03\x04 and more")
+        self.add("logs.zip", status=1)
+        self.assertIn("packed (zip)", self.err)
 
 
 def main():
