@@ -1,9 +1,9 @@
 """One analysis: all visits of a date range in order of their start, counted per value of the chosen field."""
 
-import unicodedata
-
 import names
+import targets as tg
 import textrules as tr
+import words
 
 # The visit that opens a row after rarer sightings is credited with all of them, in the visitors of the row and of its
 # distributions. What it did on the site counts once.
@@ -37,22 +37,31 @@ class Distribution:
 
 
 class Results:
-    """Rows count from 1; element 0 stays empty."""
+    """Rows count from 1; element 0 stays empty. A series is the users, those who stayed, or those at a target: for each
+    row its counts by the index of the day."""
 
-    def __init__(self):
+    def __init__(self, targets, first_day, days):
+        self.targets, self.first_day, self.days = targets, first_day, days
         self.values = [b""]
         self.visitors, self.stayed, self.pages = [0], [0], [0]
+        self.reached = [[0] for _ in targets]
+        self.series = [[{}] for _ in range(2 + len(targets))]
         self.first, self.alternate, self.click_through = Distribution(), Distribution(), Distribution()
 
-    def add(self, row, value, count, stayed, pages):
+    def add(self, row, value, day, count, stayed, pages, met):
+        counters = [self.visitors, self.stayed, self.pages, *self.reached]
         if row < 0:
             row = len(self.values)
             self.values.append(value)
-            for counter in (self.visitors, self.stayed, self.pages):
+            for counter in counters:
                 counter.append(0)
-        self.visitors[row] += count
-        self.stayed[row] += stayed
-        self.pages[row] += pages
+            for series in self.series:
+                series.append({})
+        for counter, more in zip(counters, [count, stayed, pages, *met]):
+            counter[row] += more
+        for series, more in zip(self.series, [count, stayed, *met]):
+            if more:
+                series[row][day] = series[row].get(day, 0) + more
         return row
 
 
@@ -85,41 +94,6 @@ class Threshold:
         self.counts[value] = -row
 
 
-# ---- words and phrases -------------------------------------------------------------------------------------------
-
-def phrase_lengths(field):
-    if field >= 16:
-        return [field - 14]
-    return {12: range(1, 8), 13: range(2, 8), 14: range(3, 8), 15: [1]}[field]
-
-
-def _is_letter_or_digit(letter):
-    return unicodedata.category(letter)[0] in "LN"
-
-
-def _clean_word(word):
-    while word and not _is_letter_or_digit(word[0]):
-        word = word[1:]
-    while word and not _is_letter_or_digit(word[-1]):
-        word = word[:-1]
-    return word.strip(" ")
-
-
-def cut_term(term, field):
-    words = [_clean_word(word) for word in tr.lower(term).decode("utf-8").split(" ")]
-    words = [word for word in words if word]
-    values = []
-    for length in phrase_lengths(field):
-        for start in range(len(words) - length + 1):
-            _add_unique(values, " ".join(words[start:start + length]).encode("utf-8"))
-    return values
-
-
-def _add_unique(items, item):
-    if item not in items:
-        items.append(item)
-
-
 # ---- the run -----------------------------------------------------------------------------------------------------
 
 def normal_types(text):
@@ -129,7 +103,7 @@ def normal_types(text):
 
 
 class Options:
-    def __init__(self, report, last_values):
+    def __init__(self, report, last_values, targets_ini):
         main = b"Main"
         self.field = report["field"]
         self.not_search = report.get("not_search", False)
@@ -139,7 +113,9 @@ class Options:
         self.sep_query = report.get("sep_query", False)
         self.sep_frag = report.get("sep_frag", False)
         self.range = (report.get("from"), report.get("to"))
-        self.skip_types = normal_types(last_values.get(main, b"CDSNoCntSurfToFileTypes"))
+        self.targets = tg.load(last_values, targets_ini, report.get("targets", False))
+        skip_types = normal_types(last_values.get(main, b"CDSNoCntSurfToFileTypes"))
+        self.skip_types = tg.without_target_types(skip_types, self.targets)
         self.count_types = normal_types(last_values.get(main, b"CDSCntAsPageForAvgPages"))
         self.threshold = self._threshold(report.get("threshold"), last_values)
 
@@ -158,7 +134,6 @@ class Analysis:
         self.store = store
         self.options = options
         self.area = area_pages
-        self.results = Results()
         self._shown = {}
 
     def run(self):
@@ -169,6 +144,10 @@ class Analysis:
             visits = [visit for visit in visits if first <= visit["StartTimeStamp"] <= last]
         if not visits:
             return None
+        first_day = max(first // 1000000, visits[0]["StartTimeStamp"] // 1000000)
+        last_day = min(last // 1000000, visits[-1]["EndTimeStamp"] // 1000000)
+        first_day, last_day = tr.day_of_date(first_day), tr.day_of_date(last_day)
+        self.results = Results(self.options.targets, first_day, last_day - first_day + 1)
         self.threshold = Threshold(self.options.threshold)
         for visit in visits:
             self._visit(visit)
@@ -189,13 +168,15 @@ class Analysis:
         start, further, count = self._pages_of(visit, pages)
         values, alternate, first, further = self._values(visit, start, further)
         stayed = 1 if count > 0 else 0
+        day = tr.day_of_date(visit["StartTimeStamp"] // 1000000) - self.results.first_day
+        met = self._met(visit, pages)
         for value in values:
             kept = self.threshold.sight(value)
             if kept is None:
                 continue
             credit, row = kept
             new = row < 0
-            row = self.results.add(row, value, credit, stayed, count)
+            row = self.results.add(row, value, day, credit, stayed, count, met)
             if new:
                 self.threshold.has_row(value, row)
             if self.options.dist1:
@@ -205,6 +186,13 @@ class Analysis:
             if self.options.click_through:
                 for name in further:
                     self.results.click_through.add(row, name, credit)
+
+    def _met(self, visit, pages):
+        if not self.options.targets:
+            return []
+        names_of = [self.store.pages[page] if 0 <= page < len(self.store.pages) else b"" for page in pages]
+        visited = list(zip(names_of, self.store.clicked_bytes(visit)))
+        return [int(target.met(visited)) for target in self.options.targets]
 
     # ---- pages of a visit ----
 
@@ -246,7 +234,7 @@ class Analysis:
             if not start:
                 start = name
                 continue
-            _add_unique(further, name)
+            words.add_unique(further, name)
             count += self._has_type(name, self.options.count_types)
         return start or NO_PAGES, further, count
 
@@ -278,7 +266,7 @@ class Analysis:
         return self._page_values(start, further), label, engine, further
 
     def _phrases(self, visit, field):
-        return cut_term(visit["StzdSearchTerm"], field) if visit["StzdSearchTerm"] else []
+        return words.cut_term(visit["StzdSearchTerm"], field) if visit["StzdSearchTerm"] else []
 
     def _page_values(self, start, further):
         shown = ([] if start == NO_PAGES else [start]) + further
@@ -286,7 +274,7 @@ class Analysis:
             return [b"".join(name + CRLF for name in shown) or ONLY_SKIPPED]
         values = []
         for name in shown:
-            _add_unique(values, name if self.options.field == 6 else tr.fPathOf(name) or b"/")
+            words.add_unique(values, name if self.options.field == 6 else tr.fPathOf(name) or b"/")
         return values
 
     def _referrer_label(self, visit):

@@ -2,6 +2,8 @@
 
 usage: compare.py SITE.db MODELDIR        every row and field of the four tables
        compare.py --csv GOT.csv MODEL.csv [MODEL_ALL.csv]   every cell of a report
+       compare.py --words GOT.csv MODEL.csv   every word and count of word frequencies
+       compare.py --plot GOT.json MODEL.json  every point, label and caption of a chart
 
 Ends with exit status 1 when something differs. Lines of one count may stand in any order. Where values tie at the cut
 of a Top report, or labels of one count at the end of a cut distribution, other members are told as "tie" and are no
@@ -9,6 +11,7 @@ error. With the model's All report of the same field such members are looked up 
 """
 
 import csv
+import json
 import os
 import re
 import sqlite3
@@ -212,10 +215,54 @@ def compare_reports(got, model, everything=None):
     return 1 if check.errors else 0
 
 
+def compare_words(got, model):
+    got, model = ([[*row] for row in Report(path).values] for path in (got, model))
+    same = sorted(got) == sorted(model) and [row[1] for row in got] == [row[1] for row in model]
+    if not same:
+        print("too many: %r\nmissing: %r" % ([row for row in got if row not in model][:SHOWN],
+                                             [row for row in model if row not in got][:SHOWN]))
+    print("%d lines, %s" % (len(model), "no differences" if same else "differences"))
+    return 0 if same else 1
+
+
+# ---- charts ------------------------------------------------------------------------------------------------------
+
+def one_break(text):
+    return text.replace("\r\n", "\n").replace("\r", "\n")
+
+
+def same_point(got, model):
+    if got is None or model is None:
+        return got is model
+    return abs(got - model) <= 1e-9 * max(1, abs(model))
+
+
+def compare_charts(got, model):
+    charts = []
+    for path in (got, model):
+        with open(path, encoding="utf-8", errors="surrogateescape") as stream:
+            charts.append(json.load(stream))
+    got, model = charts
+    pairs = [(key, got.get(key), model[key]) for key in ("line", "period", "series")]
+    pairs.append(("description", one_break(got["description"]), one_break(model["description"])))
+    pairs.append(("number of rows", len(got["rows"]), len(model["rows"])))
+    differences = ["%s is %r, model %r" % pair for pair in pairs if pair[1] != pair[2]]
+    for number, (is_, should) in enumerate(zip(got["rows"], model["rows"])):
+        texts_differ = any(is_[key] != should[key] for key in ("label", "from", "exact"))
+        if texts_differ or not all(map(same_point, is_["values"], should["values"])):
+            differences.append("row %d is %r,\nmodel %r" % (number, is_, should))
+    for text in differences[:SHOWN]:
+        print(text)
+    print("%d periods, %d differences" % (len(model["rows"]), len(differences)))
+    return 1 if differences else 0
+
+
+WAYS = {"--csv": compare_reports, "--words": compare_words, "--plot": compare_charts}
+
 if __name__ == "__main__":
     arguments = sys.argv[1:]
-    if len(arguments) in (3, 4) and arguments[0] == "--csv":
-        sys.exit(compare_reports(*arguments[1:]))
+    if len(arguments) in (3, 4) and arguments[0] in WAYS:
+        sys.exit(WAYS[arguments[0]](*arguments[1:]))
     if len(arguments) != 2:
         sys.exit(__doc__)
     sys.exit(compare_site(arguments[0], arguments[1]))

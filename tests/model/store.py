@@ -151,9 +151,14 @@ class Store:
             row = {"visitID": visit_id, "CDSClickFurtherPageIDs": page, "CDSBytesClickFurtherPageIDs": total}
             self.visit_pages.append(row)
 
+    def _clicks(self, visit, field):
+        text = visit[field] or b""
+        if visit["CDSClickFurtherPageIDs"] == OVERFLOW:
+            text = b"|".join(row[field] for row in self.visit_pages if row["visitID"] == visit["VisitID"])
+        return text.split(b"|") if text else []
+
     def clicked_pages(self, visit):
-        text = visit["CDSClickFurtherPageIDs"] or b""
-        if text == OVERFLOW:
-            rows = [row for row in self.visit_pages if row["visitID"] == visit["VisitID"]]
-            text = b"|".join(row["CDSClickFurtherPageIDs"] for row in rows)
-        return [int(tr.fNum(item)) for item in text.split(b"|")] if text else []
+        return [int(tr.fNum(item)) for item in self._clicks(visit, "CDSClickFurtherPageIDs")]
+
+    def clicked_bytes(self, visit):
+        return [tr.fNum(item) for item in self._clicks(visit, "CDSBytesClickFurtherPageIDs")]

@@ -7,6 +7,7 @@ BLANK = b" "
 LIST_MARKER = b"{{||{{"
 LONG_LIMIT = 2147483647
 DAY_SECONDS = 86400
+MONTHS = b"Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec".split()
 
 
 # ---- bytes and letters -------------------------------------------------------------------------------------------
@@ -105,6 +106,19 @@ def format_number(value, decimals):
     return str(digits.quantize(Decimal(1).scaleb(-decimals), rounding=ROUND_HALF_UP)).encode()
 
 
+def format_pattern(value, pattern):
+    """A number by a pattern of "0", "#", "," and "." alone. What rounds to 0 from below keeps its sign."""
+    whole, _, part = pattern.partition(b".")
+    digits = format_number(abs(value), len(part)).decode()
+    left, _, right = digits.partition(".")
+    left = left.lstrip("0").rjust(whole.count(b"0"), "0")
+    right = right[:part.count(b"0")] + right[part.count(b"0"):].rstrip("0")
+    if b"," in whole:
+        left = re.sub(r"(?<=\d)(?=(?:\d{3})+$)", ",", left)
+    text = left + ("." + right if b"." in pattern else "")
+    return (b"-" if value < 0 else b"") + text.encode()
+
+
 def plain_number(value):
     return str(int(value)).encode() if value == int(value) else repr(value).encode()
 
@@ -185,9 +199,19 @@ def stamp_number(serial, seconds):
     return ((year * 100 + month) * 100 + day) * 1000000 + hour * 10000 + rest // 60 * 100 + rest % 60
 
 
+def day_of_date(date):
+    """The day number of a date yyyymmdd."""
+    return days_from_civil(date // 10000, date // 100 % 100, date % 100)
+
+
+def day_month(serial):
+    _, month, day = civil_from_days(serial)
+    return b"%02d %s" % (day, MONTHS[month - 1])
+
+
 def _stamp_parts(stamp):
     date, time = divmod(int(stamp), 1000000)
-    serial = days_from_civil(date // 10000, date // 100 % 100, date % 100)
+    serial = day_of_date(date)
     return serial, time // 10000 * 3600 + time // 100 % 100 * 60 + time % 100
 
 
