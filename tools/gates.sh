@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 build=${CORVANE_BUILD:-build/gates}
 seed=${CORVANE_GATE_SEED:-1}
 gates=("$@")
-[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g12 g13 g14 sites fuzz)
+[ ${#gates[@]} -gt 0 ] || gates=(g1 g4 g6 g8 g11 g12 g13 g14 sites fuzz)
 
 tools/build.sh "$build" -DCORVANE_TESTS=ON -DCORVANE_BENCH=OFF
 injector=$(find "$build" -name libfaultinjector.so -print -quit)
@@ -20,6 +20,14 @@ for gate in "${gates[@]}"; do
   fi
   if [ "$gate" = g14 ]; then
     python3 -B tests/gates/second.py --size whole --cli "$build/bin/corvane-cli" --desktop "$build/bin/corvane" || status=1
+    continue
+  fi
+  if [ "$gate" = g8 ]; then
+    python3 -B tests/gates/hostile.py --size whole --cli "$build/bin/corvane-cli" || status=1
+    continue
+  fi
+  if [ "$gate" = g11 ]; then
+    python3 -B tests/gates/moving.py --size whole --cli "$build/bin/corvane-cli" || status=1
     continue
   fi
   if [ "$gate" = sites ]; then
