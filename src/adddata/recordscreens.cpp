@@ -23,7 +23,7 @@ constexpr std::string_view kStartOfFile = "START Read File.";
 constexpr std::string_view kCopyBegin = "AddCpy_fltrbots";
 
 // Of the main columns; those behind them are as narrow as what stands in them.
-constexpr std::array<int, kMainColumns> kWidths{2400, 3200, 2600, 1300, 2400, 2400, 1200, 1300,
+constexpr std::array<int, kMainColumns> kWidths{2750, 3200, 2600, 1300, 2750, 2750, 1200, 1300,
                                                 1300, 900,  1000, 900,  1000, 900,  1000, 900};
 
 std::string GridSpec() {

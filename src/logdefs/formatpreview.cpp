@@ -56,7 +56,7 @@ std::string OpenEnds(const LogFormat& format) {
 }  // namespace
 
 void FormatPreview::AddTo(dialogs::Controls& controls) {
-    dialogs::MBAddCtl("Label", "Try it on this &log:", dialogs::MBSpec("2400"), controls);
+    dialogs::MBAddCtl("Label", "Try it on this #H160#log:", dialogs::MBSpec("2400"), controls);
     box_ = dialogs::MBAddCtl("TextBox_", log_, dialogs::MBSpec("9600"), controls);
     controls[box_].caption = "Log file to try";
     controls[box_].hint = "Choose a log file to see how its first lines are cut";

@@ -204,6 +204,49 @@ def second_walk(screen, program, home, log):
     leave(screen, corvane)
 
 
+def definitions_walk(screen, program, home):
+    """What was added, and the editors of definitions on the log that was added; nothing is changed."""
+    corvane = start(screen, program, home)
+    main = "Current Site DB: Corvane"
+    screen.wait(main, corvane)
+    before = state(home)
+    # The letter of the File menu, the title, and keys with the title that each brings and the picture's name.
+    for letter, title, steps in (
+            ("l", "^Logged Additions", (("alt+y", "Summary", "engine-summary"), ("Escape", "^Logged Additions", "add-log"))),
+            ("m", "^Format of Log file", (("alt+t", "^Format of Log file", "format-preview"),
+                                          ("Escape", "^Format of Log file", "formats"))),
+            ("g", "^Definitions of SE", (("alt+t", "^Definitions of SE", "engine-preview"),
+                                         ("Escape", "^Definitions of SE", "engines"), ("alt+k", "^Check SE", "check"),
+                                         ("alt+r", "VS. Log File", "check-result"), ("Escape", "^Definitions of SE", "")))):
+        screen.key("alt+f")
+        time.sleep(0.3)
+        screen.key(letter)
+        screen.wait(title, corvane)
+        for key, shown, name in steps:
+            screen.key(key)
+            time.sleep(0.3)
+            screen.wait(shown, corvane)
+            if name:
+                screen.shot(name)
+        screen.key("Escape")
+        screen.wait(main, corvane)
+    screen.key("ctrl+l")
+    screen.wait("^Add Log Data to Database", corvane)
+    screen.key("alt+i")
+    screen.wait("^Change filters", corvane)
+    screen.shot("robot-filters")
+    screen.key("alt+t")
+    screen.wait("Enter Rule", corvane)
+    screen.shot("rule-preview")
+    for title in ("^Change filters", "^Add Log Data to Database", main):
+        screen.key("Escape")
+        screen.wait(title, corvane)
+    leave(screen, corvane)
+    after = state(home)
+    definitions = [path for path in before if path.suffix == ".ini" and path.name not in ("screens.ini", "LastVals.ini")]
+    check(all(after.get(path) == before[path] for path in definitions), "looking at definitions changed them")
+
+
 def damaged_walk(screen, program, home):
     """A database that cannot be read comes to its dialog and stays as it is."""
     database = next((home / "sites").glob("*/data/site1.mdb"))
@@ -254,6 +297,7 @@ def main():
         try:
             first_walk(screen, program, home)
             second_walk(screen, program, home, log)
+            definitions_walk(screen, program, home)
             damaged_walk(screen, program, home)
             subprocess.run([loggen, "--lines", "1500000", "--start", "2027-03-01", "--clean", "-o", str(log)], check=True)
             third_walk(screen, program, home, log)
