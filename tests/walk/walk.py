@@ -2,7 +2,8 @@
 """walk.py PROGRAM LOGGEN OUTDIR: walks through the real desktop program on a screen of its own.
 
 Starts it with an empty data home, answers the first question, makes a second site, selects it, removes the first, opens
-the option dialogs, leaves; starts it again with a log file and adds that. A picture of each step lands in OUTDIR. Fails
+the option dialogs, leaves; starts it again with a log file and adds that; looks at records, definitions and checks; adds
+a list of files and new robots; stops reads. A picture of each step lands in OUTDIR. Fails
 when a window does not come, when the program says something that nobody expected, or when the files do not stand as they
 should afterwards.
 """
@@ -247,6 +248,91 @@ def definitions_walk(screen, program, home):
     check(all(after.get(path) == before[path] for path in definitions), "looking at definitions changed them")
 
 
+def adding_walk(screen, program, loggen, home, folder):
+    """A list of files, an overlap, new robots, and a stopped read answered with No and with Yes."""
+    rotated = folder / "rotated"
+    rotated.mkdir()
+    for name, first in (("access.log.1", "2026-11-01"), ("access.log", "2026-11-08")):
+        subprocess.run([loggen, "--lines", "2000", "--days", "3", "--start", first, "--clean", "-o", rotated / name], check=True)
+    dialog, totals = "^Add Log Data to Database", "^Add Log Data to Site DB"
+    corvane = start(screen, program, home, str(rotated / "access.log*"))
+    screen.wait(dialog, corvane)
+    for overlaps in (False, True):
+        screen.key("alt+r")
+        screen.wait("^Confirm List of files", corvane)
+        if not overlaps:
+            screen.shot("wildcard")
+        screen.key("alt+y")
+        for file in range(2 if overlaps else 0):
+            screen.wait("^Confirm add overlApping data", corvane)
+            if file == 0:
+                screen.shot("overlap")
+            screen.key("alt+y")
+            time.sleep(0.5)
+        screen.wait(totals, corvane)
+        screen.key("Return")
+        screen.wait(dialog, corvane)
+    screen.key("Escape")
+    screen.wait("Current Site DB: Corvane", corvane)
+    leave(screen, corvane)
+
+    robots = folder / "robots.log"
+    robots.write_text("".join(
+        f'192.0.2.{i} - - [20/Nov/2026:10:00:0{i} +0000] "GET /robots.txt HTTP/1.1" 200 5 "-" "{agent}"\n'
+        for i, agent in enumerate(("Fetchling/1.0", "OtherGatherer/2"))))
+    corvane = start(screen, program, home, str(robots))
+    screen.wait(dialog, corvane)
+    screen.key("alt+k", "alt+r")
+    screen.wait("Check for new robots", corvane)
+    screen.key("ctrl+a", "alt+a")
+    screen.shot("new-robots")
+    screen.key("alt+o")
+    time.sleep(0.5)
+    screen.shot("robots-made")
+    screen.key("Return")
+    screen.wait("^Change filters", corvane)
+    screen.key("Escape")
+    screen.wait("^Confirm Filters", corvane)
+    screen.shot("confirm-filters")
+    screen.key("Return")
+    screen.wait(totals, corvane)
+    screen.key("Return")
+    screen.wait(dialog, corvane)
+    screen.key("alt+k", "Escape")
+    screen.wait("Current Site DB: Corvane", corvane)
+    leave(screen, corvane)
+    filters = (home / "param/fltrbots.ini").read_text()
+    check("Val=fetchling/1.0" in filters and "Val=othergatherer/2" in filters, "the robots have no rules")
+
+
+def stop_walk(screen, program, home, log):
+    """A read that is stopped: its visits are left for later, then, with the next one, built at once."""
+    corvane = start(screen, program, home, str(log))
+    for answer, name in (("alt+n", "stopped-and-left"), ("alt+y", "stopped-and-built")):
+        screen.wait("^Add Log Data to Database", corvane)
+        screen.key("alt+r")
+        if answer == "alt+y":  # some of it is stored by now
+            screen.wait("^Confirm add overlApping data", corvane)
+            screen.key("alt+y")
+        screen.wait("Step 1/3", corvane)
+        time.sleep(0.3)
+        screen.key("Escape")
+        screen.wait("^Corvane$", corvane)  # is it to be stopped?
+        screen.key("Return")
+        time.sleep(0.7)
+        screen.wait("^Corvane$", corvane)  # shall visits be built?
+        screen.key(answer)
+        screen.wait("^Add Log Data to Site DB", corvane)
+        screen.shot(name)
+        screen.key("Return")
+    screen.wait("^Add Log Data to Database", corvane)
+    screen.key("Escape")
+    screen.wait("Current Site DB: Corvane", corvane)
+    leave(screen, corvane)
+    marks = (home / "sites").glob("*/param/LastVals.ini")
+    check(all("MustDoVisitsAdd=2" not in mark.read_text() for mark in marks), "the stopped add is not complete")
+
+
 def damaged_walk(screen, program, home):
     """A database that cannot be read comes to its dialog and stays as it is."""
     database = next((home / "sites").glob("*/data/site1.mdb"))
@@ -298,9 +384,12 @@ def main():
             first_walk(screen, program, home)
             second_walk(screen, program, home, log)
             definitions_walk(screen, program, home)
+            adding_walk(screen, program, loggen, home, pathlib.Path(folder))
             damaged_walk(screen, program, home)
             subprocess.run([loggen, "--lines", "1500000", "--start", "2027-03-01", "--clean", "-o", str(log)], check=True)
             third_walk(screen, program, home, log)
+            subprocess.run([loggen, "--lines", "600000", "--start", "2028-03-01", "--clean", "-o", str(log)], check=True)
+            stop_walk(screen, program, home, log)
         finally:
             screen.close()
         errors = list(home.rglob("errors.log"))
