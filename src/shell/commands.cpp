@@ -6,6 +6,7 @@
 #include "adddata/addscreens.h"
 #include "adddata/checkscreens.h"
 #include "adddata/recordscreens.h"
+#include "analysis/targetscreens.h"
 #include "core/errlog.h"
 #include "core/inistore.h"
 #include "core/text.h"
@@ -51,6 +52,7 @@ Commands::Step Commands::StepOf(Command command) {
         Row{Command::ProgramOptions, &Commands::ProgramOptions},
         Row{Command::AnalysisOptions, &Commands::AnalysisOptions},
         Row{Command::AdvancedOptions, &Commands::AdvancedOptions},
+        Row{Command::Targets, &Commands::Targets},
         Row{Command::Cascade, &Commands::Cascade},
         Row{Command::TileHorizontal, &Commands::TileHorizontal},
         Row{Command::TileVertical, &Commands::TileVertical},
@@ -197,6 +199,10 @@ void Commands::AnalysisOptions() {
 
 void Commands::AdvancedOptions() {
     if (SiteOrRecover()) ShowAdvancedOptions(at_.desk, *at_.current.Get());
+}
+
+void Commands::Targets() {
+    if (SiteOrRecover()) analysis::ShowTargets(at_.desk, at_.current.Get()->Paths());
 }
 
 void Commands::Cascade() { at_.front.ArrangeWindows(Arrange::Cascade); }

@@ -62,6 +62,7 @@ private:
     void ProgramOptions();
     void AnalysisOptions();
     void AdvancedOptions();
+    void Targets();
     void Cascade();
     void TileHorizontal();
     void TileVertical();

@@ -21,6 +21,7 @@ enum class Command {
     ProgramOptions,
     AnalysisOptions,
     AdvancedOptions,
+    Targets,
     Cascade,
     TileHorizontal,
     TileVertical,
@@ -50,8 +51,6 @@ inline constexpr std::string_view kNoGroups = "Reports by group are not built ye
 inline constexpr std::string_view kNoPlots = "Plots are not built yet.";
 inline constexpr std::string_view kNeedsReport =
     "Sorts a report window; reports on the desktop are not built yet. Use corvane-cli report in a terminal.";
-inline constexpr std::string_view kNoTargets =
-    "Targets cannot be chosen on the desktop yet; they stand in targets.ini in the site's param folder.";
 inline constexpr std::string_view kNoAreas =
     "A site area cannot be chosen on the desktop yet; use corvane-cli report --area in a terminal.";
 
@@ -99,7 +98,7 @@ consteval auto Rows() {
         Row("fMnu_SW", "Ne&w Analysis for Targets, Dates, Options, Groups Selected ", kNoReports),
         Row("fMnu_SN", "Select A&nalysed data (results for targets over date range)", kNoReports),
         Group("fMnu_SD", "Analysis Options - &Date range, Distribution Cols, Min Visitors", AnalysisOptions, "Ctrl+D"),
-        Row("fMnu_ST", "Analysis Options - &Targets to Analyse [Optional]", kNoTargets),
+        Row("fMnu_ST", "Analysis Options - &Targets to Analyse [Optional]", Targets),
         Row("fMnu_SC", "Analysis Options - Advan&ced. Define Page, Memory Use", AdvancedOptions),
         Group("fMnu_SE", "Select Site Ar&ea [Optional]", kNoAreas),
         Row("fMnu_RN", "Top Search E&ngine", kNoReports),
