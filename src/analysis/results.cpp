@@ -41,8 +41,15 @@ std::uint32_t CountedTexts::Add(std::string_view value) {
     return id;
 }
 
-void CrossTable::Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count) {
-    cross.Sparse_Add(count, mainRow, second.Add(value));
+std::uint32_t CrossTable::Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count) {
+    const std::uint32_t id = second.Add(value);
+    cross.Sparse_Add(count, mainRow, id);
+    return id;
+}
+
+void CrossTable::Cross_AddKnown(std::uint32_t mainRow, std::uint32_t value, std::int32_t count) {
+    ++second.Visitors[value];
+    cross.Sparse_Add(count, mainRow, value);
 }
 
 std::string GetDataDesc(const SrchTrmData& results) {

@@ -60,7 +60,10 @@ struct CountedTexts {
 struct CrossTable {
     CountedTexts second{};
     SparseTable cross{};
-    void Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count);
+    // Gives the value's number.
+    std::uint32_t Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count);
+    // The same for a value that was added before.
+    void Cross_AddKnown(std::uint32_t mainRow, std::uint32_t value, std::int32_t count);
 };
 
 struct SrchTrmData {

@@ -1,14 +1,10 @@
 #include "analysis/run.h"
 
-#include <algorithm>
 #include <optional>
 
-#include "analysis/areas.h"
 #include "analysis/fields.h"
-#include "analysis/fieldvalues.h"
-#include "analysis/shownpages.h"
 #include "analysis/threshold.h"
-#include "analysis/visitreader.h"
+#include "analysis/visitpass.h"
 #include "core/dates.h"
 #include "core/env.h"
 #include "core/inistore.h"
@@ -31,13 +27,6 @@ constexpr std::string_view kNoClickThru =
     "Show column with surf-to-pages not allowed for report on \"visited pages\".\rOption has been set off.";
 constexpr std::string_view kNoVisits =
     "No log data in date range selected. Specify Date range to analyse on Analysis menu.";
-
-sitedb::StampRange RangeOf(const DayRange& dates) {
-    sitedb::StampRange range;
-    if (dates.first) range.from = sitedb::DateRange(*dates.first, *dates.first).from;
-    if (dates.last) range.to = sitedb::DateRange(*dates.last, *dates.last).to;
-    return range;
-}
 
 std::int32_t DayOf(std::int64_t stamp) { return core::TS_Date(static_cast<double>(stamp)); }
 
@@ -104,8 +93,8 @@ private:
     void Analyse_Prepare();
     void ReadVisits();
     void Visit(const sitedb::AnalysisRow& visit);
-    bool InArea(const sitedb::AnalysisRow& visit, const VisitPageList& pages) const;
     void AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages);
+    void AddFurther(std::uint32_t mainRow, std::uint32_t name, std::int32_t count);
     void AddWords(std::string_view term);
     void Release(dialogs::Report& report);
 
@@ -115,16 +104,13 @@ private:
     AnalysisOutcome* outcome_ = nullptr;
     std::unique_ptr<SrchTrmData> results_;
     sitedb::VisitSpan span_{};
-    std::optional<std::vector<bool>> area_{};
     std::optional<ThresholdHash> hash_{};
     std::optional<DayIndex> dayIndex_{};
     std::optional<PageMatches> matches_{};
-    std::optional<ShownPages> shown_{};
-    std::optional<sitedb::VisitReferrers> referrers_{};
-    std::optional<VisitReader> reader_{};
-    std::optional<FieldValues> values_{};
+    std::optional<VisitPass> pass_{};
     std::int32_t day_ = -1;  // of the visit at hand
     std::string word_{};
+    std::vector<std::uint32_t> further_{};  // numbers in the click-through by name, so that no text is looked up again
 };
 
 void Run::Execute(AnalysisOutcome& outcome) {
@@ -144,7 +130,6 @@ void Run::Execute(AnalysisOutcome& outcome) {
     if (!skip.message.empty()) Say("analysis.skiptypes", skip.message);
     results_->CDSNoCntSurfToFileTypes = std::move(skip.list);
     results_->CDSCntAsPageForAvgPages = NormaliseTypes(request_.CDSCntAsPageForAvgPages);
-    if (request_.siteArea) area_ = Area_Pages(env_.ini, site_, *request_.siteArea);
     ReadVisits();
     outcome.results = std::move(results_);
 }
@@ -179,12 +164,9 @@ void Run::Analyse_Prepare() {
 
 void Run::ReadVisits() {
     const OptionRecord& options = results_->options;
-    shown_.emplace(site_.Pages(), options.Show(), results_->CDSNoCntSurfToFileTypes, results_->CDSCntAsPageForAvgPages);
     matches_.emplace(site_.Pages());
-    const bool names = options.ShowClickThru || (request_.field >= kExitPage && request_.field <= kDir);
-    reader_.emplace(site_.Db(), *shown_, VisitReader::Wants{names, !results_->Targets.empty()});
-    if (request_.field == kReferrer && site_.Options().LastKeepVal) referrers_.emplace(site_.Db());
-    values_.emplace(request_.field, *shown_, referrers_ ? &*referrers_ : nullptr);
+    pass_.emplace(env_, site_, *results_, request_.siteArea,
+                  VisitPass::Wants{.names = options.ShowClickThru, .bytes = !results_->Targets.empty()});
 
     const DaysList& days = results_->days;
     const std::string label =
@@ -192,8 +174,7 @@ void Run::ReadVisits() {
     dialogs::Report report(env_.progress, "Read visits for selected date range. Check targets && compile statistics.",
                            "visits", results_->visits);
     const sitedb::Heartbeat heart(site_.Db(), env_.progress, sitedb::MayStop::Yes);
-    sitedb::AnalysisRows rows(site_.Db(), RangeOf(options.dates),
-                              {.bytes = !results_->Targets.empty(), .referrer = request_.field == kReferrer});
+    sitedb::AnalysisRows rows = pass_->Rows();
     sitedb::AnalysisRow visit;
     for (std::int64_t count = 1; rows.Next(visit); ++count) {
         Visit(visit);
@@ -213,26 +194,20 @@ void Run::Release(dialogs::Report& report) {
 }
 
 void Run::Visit(const sitedb::AnalysisRow& visit) {
-    if (!request_.ShowNotSEitem && visit.StzdSearchTerm.empty()) return;
+    if (!pass_->Counts(visit)) return;
     if (request_.field == kTerm) hash_->Expect(visits::Visit_STLabel(visit));
-    VisitPageList& pages = reader_->Visit_Pages(visit);
-    if (area_ && !InArea(visit, pages)) return;
+    VisitPageList* const touched = pass_->Pages(visit);
+    if (touched == nullptr) return;
+    VisitPageList& pages = *touched;
     day_ = dayIndex_->Of(visit.StartTimeStamp);
     VisitCounts counts;
     counts.pages = pages.further;
     counts.stayed = pages.further > 0 ? 1 : 0;
     for (std::size_t t = 0; t < results_->Targets.size(); ++t)
         counts.targets[t] = Tgt_Met(results_->Targets[t], pages.pageIds, pages.bytes, *matches_) ? 1 : 0;
-    const VisitValues& found = values_->pValuesForField(visit, pages);
+    const VisitValues& found = pass_->Values(visit, pages);
     for (const std::string_view value : found.values) AddValue(value, counts, found, pages);
     if (request_.WordListsOn) AddWords(visit.StzdSearchTerm);
-}
-
-bool Run::InArea(const sitedb::AnalysisRow& visit, const VisitPageList& pages) const {
-    const auto has = [this](std::int32_t id) {
-        return id >= 0 && static_cast<std::size_t>(id) < area_->size() && (*area_)[static_cast<std::size_t>(id)];
-    };
-    return has(visit.StartPageID) || std::ranges::any_of(pages.pageIds, has);
 }
 
 void Run::AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages) {
@@ -248,8 +223,16 @@ void Run::AddValue(std::string_view value, VisitCounts counts, const VisitValues
     if (options.ShowDist2 && !found.alternate.empty())
         results_->DistAlternate.Cross_Add(mainRow, found.alternate, kept.count);
     if (!options.ShowClickThru) return;
-    for (const std::uint32_t name : pages.names)
-        results_->DistClickThru.Cross_Add(mainRow, shown_->Name(name), kept.count);
+    for (const std::uint32_t name : pages.names) AddFurther(mainRow, name, kept.count);
+}
+
+void Run::AddFurther(std::uint32_t mainRow, std::uint32_t name, std::int32_t count) {
+    constexpr std::uint32_t kNew = 0xffffffff;
+    if (name >= further_.size()) further_.resize(name + 1, kNew);
+    if (further_[name] == kNew)
+        further_[name] = results_->DistClickThru.Cross_Add(mainRow, pass_->Name(name), count);
+    else
+        results_->DistClickThru.Cross_AddKnown(mainRow, further_[name], count);
 }
 
 void Run::AddWords(std::string_view term) {

@@ -83,7 +83,8 @@ bool Tgt_WriteSection(core::IniStore& ini, std::string_view section, const Targe
 
 bool PageMatches::Test(const logdefs::FltrRule& filter, std::int32_t pageId) {
     if (pageId < 0 || pageId > pages_.UpperBound()) return logdefs::FltrRuleTest({}, filter);
-    std::vector<signed char>& known = known_[&filter];
+    if (last_ != &filter) ofLast_ = &known_[last_ = &filter];
+    std::vector<signed char>& known = *ofLast_;
     const auto at = static_cast<std::size_t>(pageId);
     if (known.empty()) known.resize(static_cast<std::size_t>(pages_.UpperBound()) + 1, -1);
     if (known[at] < 0) known[at] = logdefs::FltrRuleTest(pages_.Page_Name(pageId), filter) ? 1 : 0;

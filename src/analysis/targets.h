@@ -45,6 +45,8 @@ public:
 private:
     const sitedb::PageList& pages_;
     std::unordered_map<const logdefs::FltrRule*, std::vector<signed char>> known_{};
+    const logdefs::FltrRule* last_ = nullptr;  // asked for one page after the other
+    std::vector<signed char>* ofLast_ = nullptr;
 };
 
 // `bytes` goes along with `pages`; what is missing counts 0.
