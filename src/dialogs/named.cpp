@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <utility>
 
 #include "core/cds.h"
@@ -177,13 +178,15 @@ std::string NamedDialog::StoredText(int number, const Place& place) const {
     return core::CDSItem(place.item, text);
 }
 
-void NamedDialog::PutInFront(Controls controls) {
+void NamedDialog::PutInFront(Controls controls) { PutBehind(0, std::move(controls)); }
+
+void NamedDialog::PutBehind(int number, Controls controls) {
     if (controls_.Count() == 0) return;  // damaged
     const auto count = static_cast<std::size_t>(controls.Count());
-    for (const Control& control : controls_.All()) controls.Add(control);
-    controls_ = std::move(controls);
-    places_.insert(places_.begin(), count, Place{});
-    rules_.insert(rules_.begin(), count, std::string());
+    std::vector<Control>& all = controls_.All();
+    all.insert(all.begin() + number, controls.All().begin(), controls.All().end());
+    places_.insert(places_.begin() + number, count, Place{});
+    rules_.insert(rules_.begin() + number, count, std::string());
 }
 
 int NamedDialog::NumberOf(std::string_view entry) const {
@@ -222,7 +225,29 @@ Box NamedDialog::BoxOf() const {
     return box;
 }
 
-Pressed NamedDialog::Show(const EntryCheck& more) {
+// As ShowMBRepeat, for a dialog that can change under the person's hands.
+Pressed NamedDialog::ShowChanging(const EntryCheck& check, const Change& change) {
+    const Box box = BoxOf();
+    const int cancel = CancelNumber(box, controls_);
+    DialogModel model = BuildModel(desk_, box, controls_);
+    const std::unique_ptr<DialogWindow> window = desk_.host.Open(model);
+    for (;;) {
+        const int button = window->Run();
+        KeepLook(desk_, model);
+        if (button == cancel) return {button, cancel};
+        const bool changed = change(model.controls, button);
+        const std::string problem = changed ? std::string() : check(model.controls, button);
+        if (!changed && problem.empty()) {
+            controls_ = std::move(model.controls);
+            return {button, cancel};
+        }
+        model.problem = changed ? std::string() : "Problem with data entered: " + problem;
+        ApplyFollowers(model.followers, model.controls);
+        window->Update();
+    }
+}
+
+Pressed NamedDialog::Show(const EntryCheck& more, const Change& change) {
     if (!problem_.empty()) {
         ShowMsg(desk_, problem_, box_.title, std::to_string(static_cast<int>(Icon::Exclamation)));
         return {kNoCancel, kNoCancel};
@@ -231,7 +256,7 @@ Pressed NamedDialog::Show(const EntryCheck& more) {
         const std::string problem = CheckEntries(controls);
         return problem.empty() && more ? more(controls, button) : problem;
     };
-    const Pressed pressed = ShowMBRepeat(desk_, BoxOf(), controls_, check);
+    const Pressed pressed = change ? ShowChanging(check, change) : ShowMBRepeat(desk_, BoxOf(), controls_, check);
     if (!pressed.Cancelled() && !pressed.Suppressed()) (void)Store();
     return pressed;
 }

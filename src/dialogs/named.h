@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,16 +37,22 @@ public:
     NamedDialog(const Desk& desk, NamedBox box);
 
     Controls& Ctls() { return controls_; }
+    const Controls& Ctls() const { return controls_; }
     const std::string& Problem() const { return problem_; }
     // Controls of a caller that stand before the dialog's own, in a dialog in which nothing follows a box. Nothing
     // keeps their values.
     void PutInFront(Controls controls);
+    // The same behind control `number`.
+    void PutBehind(int number, Controls controls);
     // The control whose value is kept under this entry, 0: none.
     int NumberOf(std::string_view entry) const;
 
     // Shows, checks entries and shows again, stores the values unless Cancel was pressed. `more` is asked after the
     // dialog's own checks. A problem of the dialog itself is told instead, and counts as Cancel.
-    Pressed Show(const EntryCheck& more = {});
+    Pressed Show(const EntryCheck& more = {}) { return Show(more, {}); }
+    // True: the button only changed entries, and the dialog goes on. Asked before the checks.
+    using Change = std::function<bool(Controls& controls, int button)>;
+    Pressed Show(const EntryCheck& more, const Change& change);
     // False when a value could not be written; the user was told.
     bool Store();
 
@@ -62,6 +69,7 @@ private:
     const Place& PlaceOf(int number) const { return places_[static_cast<std::size_t>(number - 1)]; }
     std::string StoredText(int number, const Place& place) const;
     std::string CheckEntries(Controls& controls) const;
+    Pressed ShowChanging(const EntryCheck& check, const Change& change);
     Box BoxOf() const;
 
     const Desk& desk_;

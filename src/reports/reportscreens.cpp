@@ -4,16 +4,15 @@
 #include "core/dates.h"
 #include "core/env.h"
 #include "core/inistore.h"
-#include "core/text.h"
+#include "core/ports.h"
 #include "dialogs/named.h"
-#include "sitedb/analysisrows.h"
+#include "reports/dates.h"
 #include "sitedb/site.h"
 
 namespace reports {
 namespace {
 
 constexpr std::string_view kMain = "Main";
-constexpr std::string_view kDates = "AnalStartEnd";
 constexpr std::string_view kDialog = "ConfirmRep";
 constexpr std::string_view kListSpec = "11000|1200|||||True|1";
 constexpr std::string_view kReportSpec = "8000|3000|||||True||1";
@@ -44,48 +43,13 @@ int SelectedLine(const dialogs::Control& list) {
 }
 
 // The dialog of dates and options over what the caller puts in front; its entries are stored.
-dialogs::Pressed AskDates(dialogs::NamedDialog& dialog, const dialogs::EntryCheck& more) {
-    const int first = dialog.NumberOf(kDates), last = NextTextBox(dialog.Ctls(), first);
-    return dialog.Show([=](dialogs::Controls& entered, int button) {
-        const std::string problem = DatesProblem(entered, first, last);
-        return problem.empty() && more ? more(entered, button) : problem;
-    });
-}
-
-void PutDataDates(const dialogs::Desk& desk, sitedb::Site& site) {
-    desk.ini.IniPut("AnalOpsScreens", "DataDates", DataAvailable(site), desk.screens, core::OnFail::Ignore);
+dialogs::Pressed AskDates(core::Env& env, const dialogs::Desk& desk, sitedb::Site& site, dialogs::NamedDialog& dialog,
+                          const dialogs::EntryCheck& more) {
+    const DatesPart dates{.data = DataDaysOf(site), .today = core::SplitMoment(env.clock.Now()).day};
+    return Dates_Ask(desk, dialog, dates, more);
 }
 
 }  // namespace
-
-std::string DataAvailable(sitedb::Site& site) {
-    const sitedb::SiteFacts facts = sitedb::ReadSiteFacts(site);
-    if (facts.firstStamp == 0) return {};
-    const auto day = [](std::int64_t stamp) {
-        return core::fDateText(core::TS_Date(static_cast<double>(stamp)), "yyyy-mm-dd");
-    };
-    return "[Data available: " + day(facts.firstStamp) + " to " + day(facts.lastStamp) + "]";
-}
-
-int NextTextBox(const dialogs::Controls& controls, int number) {
-    if (number == 0) return 0;
-    for (int next = number + 1; next <= controls.Count(); ++next)
-        if (controls[next].Is(dialogs::ControlType::TextBox)) return next;
-    return 0;
-}
-
-std::string DatesProblem(const dialogs::Controls& controls, int first, int last) {
-    std::optional<std::int32_t> days[2];
-    const int boxes[2] = {first, last};
-    for (int i = 0; i < 2; ++i) {
-        if (boxes[i] == 0) return {};
-        const std::string text(core::fTrim(controls[boxes[i]].value));
-        if (text.empty()) continue;
-        days[i] = core::ParseIsoDate(text);
-        if (!days[i]) return "\"" + text + "\" is no day. Write it as 2024-03-01 (year, month, day).";
-    }
-    return days[0] && days[1] && *days[0] > *days[1] ? "The first day lies behind the last one." : std::string();
-}
 
 AnalysisPtr ReportScreens::Analyse(int field) {
     analysis::AnalysisRequest request = analysis::Analyse_Request(env_.ini, field);
@@ -98,9 +62,8 @@ AnalysisPtr ReportScreens::Analyse(int field) {
 AnalysisPtr ReportScreens::pChooseAnalysis(int field, bool useSoleAnalysis) {
     const std::vector<AnalysisPtr> earlier = analyses_.Analyses_List(site_.Options().name, field);
     if (earlier.size() == 1 && useSoleAnalysis) return earlier.front();
-    const bool hasData = !DataAvailable(site_).empty();
+    const bool hasData = DataDaysOf(site_).has_value();
     if (earlier.empty() && !hasData) return Analyse(field);  // which tells why it cannot
-    PutDataDates(desk_, site_);
     dialogs::Controls front;
     int list = 0;
     std::string buttons;
@@ -127,7 +90,7 @@ AnalysisPtr ReportScreens::pChooseAnalysis(int field, bool useSoleAnalysis) {
                                                     : "There are no data to analyse.",
                                  .buttons = buttons + "|&Cancel"});
     dialog.PutInFront(std::move(front));
-    const dialogs::Pressed pressed = AskDates(dialog, [&](dialogs::Controls& entered, int button) {
+    const dialogs::Pressed pressed = AskDates(env_, desk_, site_, dialog, [&](dialogs::Controls& entered, int button) {
         const bool uses = list != 0 && button == 1;
         return uses && SelectedLine(entered[list]) < 0 ? std::string("Select an analysis in the list.") : std::string();
     });
@@ -169,7 +132,6 @@ std::optional<ReportChoice> ReportScreens::pSelectReport(const std::vector<int>&
         return pressed.Cancelled() ? std::nullopt : choice(front);
     }
     AddLabel("Dates to Analyse", front);
-    PutDataDates(desk_, site_);
     dialogs::NamedDialog dialog(desk_, {.dialog = std::string(kDialog),
                                         .valueSection = std::string(kMain),
                                         .title = "- Select Report",
@@ -178,7 +140,7 @@ std::optional<ReportChoice> ReportScreens::pSelectReport(const std::vector<int>&
                                                    "Confirm dates to analyse below and choose report from list",
                                         .buttons = "&OK|&Cancel"});
     dialog.PutInFront(std::move(front));
-    const dialogs::Pressed pressed = AskDates(dialog, check);
+    const dialogs::Pressed pressed = AskDates(env_, desk_, site_, dialog, check);
     if (pressed.Cancelled() || !dialog.Problem().empty()) return std::nullopt;
     return choice(dialog.Ctls());
 }

@@ -53,10 +53,4 @@ private:
     OpenAnalyses& analyses_;
 };
 
-// The days for which the site has data, "" when there are none: "[Data available: 2024-03-01 to 2024-04-30]".
-std::string DataAvailable(sitedb::Site& site);
-// Two boxes of days: what is wrong with them, "" when nothing is. An empty box is no limit.
-std::string DatesProblem(const dialogs::Controls& controls, int first, int last);
-int NextTextBox(const dialogs::Controls& controls, int number);
-
 }  // namespace reports
