@@ -19,6 +19,7 @@ void AddAddCommands(CLI::App& root, Program& program);
 void AddLogCommands(CLI::App& root, Program& program);
 void AddReportCommands(CLI::App& root, Program& program);
 void AddPlotCommands(CLI::App& root, Program& program);
+void AddVisitCommands(CLI::App& root, Program& program);
 void AddTargetCommands(CLI::App& root, Program& program);
 void AddGroupCommands(CLI::App& root, Program& program);
 void AddRobotCommands(CLI::App& root, Program& program);

@@ -2,10 +2,10 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "analysis/areas.h"
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/suggest.h"
-#include "core/cds.h"
 #include "core/inistore.h"
 #include "core/text.h"
 #include "core/utf8.h"
@@ -24,9 +24,6 @@ struct GroupArguments {
     std::vector<std::string> members{};
     bool json = false, none = false;
 };
-
-constexpr std::string_view kAreas = "SiteAreas";
-constexpr std::string_view kAreaKey = "ShowOnlySelSiteArea";
 
 int FieldCode(const std::string& word) {
     std::vector<std::string> words;
@@ -127,23 +124,14 @@ int RemoveGroup(Program& program, const GroupArguments& arguments) {
     return 0;
 }
 
-// Areas are lists of the same form without a list of their names: each entry of the section is one.
-std::vector<Named> Areas(Program& program, const sitedb::SitePaths& site) {
-    std::vector<Named> areas;
-    for (const std::string& name : program.Ini().IniEntries(kAreas, site.siteAreas)) {
-        const core::StrArray pages = core::CDSSplitPlain(program.Ini().IniGet(kAreas, name, site.siteAreas));
-        areas.push_back({name, {pages.Items().begin(), pages.Items().end()}});
-        std::erase(areas.back().members, "");
-    }
-    return areas;
+std::vector<analysis::SiteArea> Areas(Program& program, const sitedb::SitePaths& site) {
+    return analysis::Area_List(program.Ini(), site);
 }
 
-const Named& KnownArea(const std::vector<Named>& areas, const std::string& name) {
+const analysis::SiteArea& KnownArea(const std::vector<analysis::SiteArea>& areas, const std::string& name) {
+    if (const auto at = analysis::Area_Find(areas, name)) return areas[*at];
     std::vector<std::string> names;
-    for (const Named& area : areas) {
-        if (core::fEquals(area.name, name, core::Case::Ignore)) return area;
-        names.push_back(area.name);
-    }
+    for (const analysis::SiteArea& area : areas) names.push_back(area.name);
     throw UsageError(
         "There is no site area \"" + name + "\". " +
         (names.empty() ? "There is none yet; add one with: corvane-cli area set NAME PAGE..." : ValidAre(name, names)));
@@ -151,17 +139,18 @@ const Named& KnownArea(const std::vector<Named>& areas, const std::string& name)
 
 int ListAreas(Program& program, const GroupArguments& arguments) {
     const sitedb::SitePaths site = program.SiteFiles();
-    PrintLists(Areas(program, site), "pages", "There is no site area yet.", arguments.json);
-    if (program.Ini().IniGetBool("Main", kAreaKey, site.lastVals))
-        PrintError("Reports are limited to the area " +
-                   Safe(program.Ini().IniGet("Main", "Parm" + std::string(kAreaKey), site.lastVals)) + ".");
+    std::vector<Named> lists;
+    for (const analysis::SiteArea& area : Areas(program, site)) lists.push_back({area.name, area.pages});
+    PrintLists(lists, "pages", "There is no site area yet.", arguments.json);
+    if (const auto limit = analysis::Area_Limit(program.Ini(), site))
+        PrintError("Reports are limited to the area " + Safe(*limit) + ".");
     return 0;
 }
 
 int ShowArea(Program& program, const GroupArguments& arguments) {
-    const std::vector<Named> areas = Areas(program, program.SiteFiles());
-    const Named& area = KnownArea(areas, arguments.name);
-    PrintMembers(area.name, area.members, "pages", arguments.json);
+    const std::vector<analysis::SiteArea> areas = Areas(program, program.SiteFiles());
+    const analysis::SiteArea& area = KnownArea(areas, arguments.name);
+    PrintMembers(area.name, area.pages, "pages", arguments.json);
     return 0;
 }
 
@@ -170,14 +159,12 @@ void Check(bool written, const std::string& file) {
 }
 
 int SetArea(Program& program, const GroupArguments& arguments) {
-    CheckSectionName("a site area", arguments.name);
-    if (arguments.name.find_first_of("=;{}\\") != std::string::npos)
-        throw UsageError("The name of a site area cannot hold = ; { } or \\.");
+    if (const std::string problem = analysis::Area_NameProblem(arguments.name); !problem.empty())
+        throw UsageError(problem);
     CheckMembers(arguments.members, "A page");
     core::FileLock lock;
     const sitedb::SitePaths site = program.LockSite(lock);
-    Check(program.Ini().IniPutWhole(kAreas, arguments.name, core::CDSOf(arguments.members), site.siteAreas),
-          site.siteAreas);
+    Check(analysis::Area_Put(program.Ini(), site, {arguments.name, arguments.members}), site.siteAreas);
     return 0;
 }
 
@@ -185,10 +172,7 @@ int RemoveArea(Program& program, const GroupArguments& arguments) {
     core::FileLock lock;
     const sitedb::SitePaths site = program.LockSite(lock);
     const std::string name = KnownArea(Areas(program, site), arguments.name).name;
-    core::IniStore& ini = program.Ini();
-    Check(ini.IniErase(kAreas, name, site.siteAreas), site.siteAreas);
-    if (core::fEquals(ini.IniGet("Main", "Parm" + std::string(kAreaKey), site.lastVals), name, core::Case::Ignore))
-        Check(ini.IniPutBool("Main", kAreaKey, false, site.lastVals), site.lastVals);
+    Check(analysis::Area_Remove(program.Ini(), site, name), site.siteAreas);
     return 0;
 }
 
@@ -196,12 +180,9 @@ int SelectArea(Program& program, const GroupArguments& arguments) {
     if (arguments.none != arguments.name.empty()) throw UsageError("Name one area, or --none for the whole site.");
     core::FileLock lock;
     const sitedb::SitePaths site = program.LockSite(lock);
-    core::IniStore& ini = program.Ini();
-    if (!arguments.none)
-        Check(ini.IniPut("Main", "Parm" + std::string(kAreaKey), KnownArea(Areas(program, site), arguments.name).name,
-                         site.lastVals),
-              site.lastVals);
-    Check(ini.IniPutBool("Main", kAreaKey, !arguments.none, site.lastVals), site.lastVals);
+    std::optional<std::string> limit;
+    if (!arguments.none) limit = KnownArea(Areas(program, site), arguments.name).name;
+    Check(analysis::Area_SetLimit(program.Ini(), site, limit), site.lastVals);
     return 0;
 }
 

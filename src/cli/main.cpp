@@ -33,6 +33,7 @@ void SetUp(CLI::App& root, cli::Program& program) {
     cli::AddLogCommands(root, program);
     cli::AddReportCommands(root, program);
     cli::AddPlotCommands(root, program);
+    cli::AddVisitCommands(root, program);
     cli::AddTargetCommands(root, program);
     cli::AddGroupCommands(root, program);
     cli::AddFormatCommands(root, program);

@@ -4,12 +4,12 @@
 #include "cli/analysisarguments.h"
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/suggest.h"
+#include "cli/reportline.h"
 #include "core/dates.h"
 #include "core/numbers.h"
-#include "core/text.h"
 #include "dialogs/csv.h"
 #include "dialogs/options.h"
+#include "reports/exports.h"
 #include "reports/plot.h"
 #include "reports/words.h"
 #include "shell/menu.h"
@@ -32,24 +32,9 @@ struct WordArguments {
     std::string as = "table", output = "-";
 };
 
-std::string Cell(const std::optional<double>& value) { return value ? core::NumText(*value) : std::string(); }
-
-// Headers of the table, CSV and JSON; the first column is the period's.
-std::vector<std::string> Headers(const reports::ChartData& chart) {
-    std::vector<std::string> headers{"Period"};
-    headers.insert(headers.end(), chart.headers.begin(), chart.headers.end());
-    return headers;
-}
-
-std::vector<std::string> RowOf(const reports::ChartRow& row) {
-    std::vector<std::string> cells{row.label};
-    for (const std::optional<double>& value : row.values) cells.push_back(Cell(value));
-    return cells;
-}
-
 std::string ChartCsv(const reports::ChartData& chart) {
-    std::string text = dialogs::CsvLine(Headers(chart));
-    for (const reports::ChartRow& row : chart.rows) text += dialogs::CsvLine(RowOf(row));
+    std::string text;
+    for (const std::vector<std::string>& row : reports::ChartTable(chart)) text += dialogs::CsvLine(row);
     return text;
 }
 
@@ -74,7 +59,7 @@ std::string ChartJson(const DrawnReport& drawn, const std::string& line, const r
                      {"rows", std::move(rows)}});
 }
 
-std::string ChartTable(const reports::ChartData& chart, int width) {
+std::string ShownTable(const reports::ChartData& chart, int width) {
     TextTable table;
     std::vector<std::size_t> shown;
     for (std::size_t s = 0; s < reports::kScaleHelper; ++s) {
@@ -92,19 +77,6 @@ std::string ChartTable(const reports::ChartData& chart, int width) {
     return SafeMessage(chart.desc) + "\n\n" + TableText(table, width);
 }
 
-// The line as the report has it; case counts only where two lines differ by nothing else.
-std::string LineOf(const reports::ReportGrid& grid, const PlotArguments& arguments) {
-    if (arguments.total) return std::string(reports::kTotal);
-    std::vector<std::string> lines;
-    for (const reports::GridRow& row : grid.rows) {
-        if (row.kind != reports::LineKind::Gap) lines.push_back(row.cells.front());
-        if (row.cells.front() == arguments.line && row.kind != reports::LineKind::Gap) return arguments.line;
-    }
-    for (const std::string& line : lines)
-        if (core::fEquals(line, arguments.line, core::Case::Ignore)) return line;
-    throw UsageError("The report has no line \"" + arguments.line + "\". " + ValidAre(arguments.line, lines, 6));
-}
-
 std::string TargetsEntry() { return dialogs::PlainCaption(shell::FindMenuRow("fMnu_ST")->caption); }
 
 int Plot(Program& program, const PlotArguments& arguments) {
@@ -113,7 +85,7 @@ int Plot(Program& program, const PlotArguments& arguments) {
         throw UsageError("Name one line with --line TEXT, or plot the total with --total.");
     const DrawnReport drawn = Draw(program, arguments.analysis, reports::ReportKind::All);
     if (drawn.status != 0) return drawn.status;
-    const std::string line = LineOf(drawn.grid, arguments);
+    const std::string line = LineOf(drawn.grid, arguments.line, arguments.total);
     reports::PlotRequest request{.leftCell = line,
                                  .indexes = reports::PlotIndexes(drawn.grid, line),
                                  .options = reports::ReadPlotOptions(program.Ini()),
@@ -126,7 +98,7 @@ int Plot(Program& program, const PlotArguments& arguments) {
     WriteReport(arguments.output,
                 arguments.as == "csv"    ? ChartCsv(chart)
                 : arguments.as == "json" ? ChartJson(drawn, line, chart)
-                                         : ChartTable(chart, width),
+                                         : ShownTable(chart, width),
                 arguments.as == "csv");
     return 0;
 }

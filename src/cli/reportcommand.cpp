@@ -7,7 +7,7 @@
 #include "core/dates.h"
 #include "core/numbers.h"
 #include "dialogs/csv.h"
-#include "reports/html.h"
+#include "reports/exports.h"
 
 namespace cli {
 namespace {
@@ -22,18 +22,12 @@ struct ReportArguments {
     std::string output = "-";
 };
 
-std::vector<std::string> Headers(const reports::ReportGrid& grid) {
-    std::vector<std::string> headers;
-    for (const reports::Column& column : grid.columns) headers.push_back(column.header);
-    return headers;
-}
-
 // The grid as it stands.
 std::string CsvText(const reports::ReportGrid& grid, bool safe) {
     const auto guard = safe ? dialogs::CsvGuard::Spreadsheet : dialogs::CsvGuard::Plain;
-    std::string text = dialogs::CsvLine(Headers(grid), dialogs::CsvQuotes::Doubled, guard);
-    for (const reports::GridRow& row : grid.rows)
-        text += dialogs::CsvLine(row.cells, dialogs::CsvQuotes::Doubled, guard);
+    std::string text;
+    for (const std::vector<std::string>& row : reports::GridTable(grid))
+        text += dialogs::CsvLine(row, dialogs::CsvQuotes::Doubled, guard);
     return text;
 }
 
@@ -47,7 +41,7 @@ std::string GridJson(const DrawnReport& drawn) {
                      {"site", drawn.results->siteName},
                      {"from", core::fDateText(days.first, kIso)},
                      {"to", core::fDateText(days.Last(), kIso)},
-                     {"columns", Headers(drawn.grid)},
+                     {"columns", reports::GridTable(drawn.grid).front()},
                      {"rows", std::move(rows)}});
 }
 
@@ -72,20 +66,6 @@ std::string GridTable(const reports::ReportGrid& grid, const analysis::SrchTrmDa
     return CutToWidth(Safe(heading), width) + "\n\n" + TableText(table, width);
 }
 
-std::string Html(Program& program, const DrawnReport& drawn) {
-    const std::span<const std::int32_t> all = reports::PlotIndexes(drawn.grid, reports::kTotal);
-    const reports::PlotRequest request{.leftCell = std::string(reports::kTotal),
-                                       .indexes = all,
-                                       .dates = drawn.grid.dPlotStartEndDate,
-                                       .options = reports::ReadPlotOptions(program.Ini())};
-    reports::PlotRequest counts = request;
-    counts.options.Plotpct = false;
-    const reports::ChartData trend = drawn.grid.rows.empty()
-                                         ? reports::ChartData{}
-                                         : reports::PlotTtl4IndexesSTByDate(program.Env(), *drawn.results, counts);
-    return reports::HtmlPage(*drawn.results, drawn.grid, trend);
-}
-
 int Report(Program& program, const ReportArguments& arguments) {
     Choice("--as", arguments.as, {"table", "csv", "json", "html"});
     const DrawnReport drawn = Draw(program, arguments.analysis, reports::ReportKind::Top);
@@ -93,7 +73,7 @@ int Report(Program& program, const ReportArguments& arguments) {
     const int width = arguments.output == "-" ? TerminalWidth() : 0;
     const std::string text = arguments.as == "csv"    ? CsvText(drawn.grid, arguments.safe)
                              : arguments.as == "json" ? GridJson(drawn)
-                             : arguments.as == "html" ? Html(program, drawn)
+                             : arguments.as == "html" ? reports::ReportPage(program.Env(), *drawn.results, drawn.grid)
                                                       : GridTable(drawn.grid, *drawn.results, width);
     WriteReport(arguments.output, text, arguments.as == "csv" || arguments.as == "html");
     return 0;

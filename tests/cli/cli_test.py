@@ -132,6 +132,15 @@ class TheWholeRoad(CliCase):
 
         rows = list(csv.reader(io.StringIO(self.run_cli("report", "terms", "--threshold", "1", "--as", "csv", "--dist1"))))
         self.assertEqual(rows[1][:2], ["red shoes", "2"])
+        behind = json.loads(self.run_cli("visits", "terms", "--line", "Red Shoes", "--threshold", "1", "--as", "json",
+                                         "--lines"))
+        self.assertEqual((behind["line"], behind["count"]), ("red shoes", 2))
+        self.assertEqual([line["page"] for line in behind["visits"][0]["lines"]], ["shoes.html", "red.html"])
+        of_visit = self.run_cli("visits", "--visit", str(behind["visits"][0]["visit"]), "--as", "csv")
+        self.assertEqual([row[1:3] for row in csv.reader(io.StringIO(of_visit))],
+                         [["Page", "Status"], ["shoes.html", "200"], ["red.html", "200"]])
+        self.run_cli("visits", "terms", "--line", "red shoos", "--threshold", "1", status=2)
+        self.assertIn("red shoes", self.err)
         as_json = json.loads(self.run_cli("report", "1", "--kind", "all", "--threshold", "1", "--as", "json", "--dist1"))
         self.assertEqual((as_json["field"], as_json["kind"], as_json["from"]), ("terms", "all", "2024-03-01"))
         self.assertEqual(as_json["columns"], rows[0])
@@ -322,6 +331,7 @@ class BadInput(CliCase):
             (["reprot"], "report"), (["report", "trems"], "terms"), (["report", "terms", "--tpo", "3"], "--top"),
             (["report", "terms", "--from", "2024-13-01"], "YYYY-MM-DD"), (["report", "terms", "--as", "cvs"], "csv"),
             (["report", "engines", "--kind", "grouped"], "There are no groups of engines"),
+            (["visits"], "--visit"), (["visits", "terms"], "--line TEXT"), (["area", "set", "a=b", "/a"], "name"),
             (["plot", "terms"], "--line TEXT"), (["plot", "terms", "--total", "--line", "x"], "--line TEXT"),
             (["report", "terms", "--from", "2024-02-02", "--to", "2024-02-01"], "behind"),
             (["--site", "Shup", "site", "show"], "Shop"), (["site", "select", "x"], "Shop"), (["site", "show", "x"], "Shop"),
