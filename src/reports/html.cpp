@@ -103,9 +103,9 @@ std::string Lines(std::string_view text) {
 
 std::string Number(double value) { return core::fFormat(value, "0.0"); }
 
-// The next of 1, 2, 5, 10, 20 ... at or above a value.
+// The next of 4, 5, 10, 20, 50 ... at or above a value.
 double NiceTop(double value) {
-    if (value <= 1) return 1;
+    if (value <= 4) return 4;
     const double power = std::pow(10, std::floor(std::log10(value)));
     for (const double step : {1.0, 2.0, 5.0, 10.0})
         if (value <= step * power) return step * power;

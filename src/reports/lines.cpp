@@ -33,18 +33,20 @@ void SortByVisitors(ReportGrid& grid) { SortLines(grid, kColVisitors, SortKind::
 LineRecord SumDisplayed(const ReportGrid& grid) {
     LineRecord total;
     const std::size_t last = std::min(grid.rows.size(), kListLimit);
-    for (std::size_t row = 0; row < last; ++row) {
-        total.LineVisitors += core::fNum(grid.Cell(row, kColVisitors));
-        total.LineAdd[kAddStayed] += core::fNum(grid.Cell(row, kColStayed));
-        total.LinePages += core::fNum(grid.Cell(row, kColAverage));
-        for (std::size_t t = 0; t < grid.targets; ++t)
-            total.LineAdd[kAddTargets + t] +=
-                core::fNum(grid.Cell(row, kFirstTargetColumn + kTargetColumns * static_cast<int>(t)));
-    }
+    for (std::size_t row = 0; row < last; ++row) AddDisplayed(grid, row, total);
     return total;
 }
 
 }  // namespace
+
+void AddDisplayed(const ReportGrid& grid, std::size_t row, LineRecord& total) {
+    total.LineVisitors += core::fNum(grid.Cell(row, kColVisitors));
+    total.LineAdd[kAddStayed] += core::fNum(grid.Cell(row, kColStayed));
+    total.LinePages += core::fNum(grid.Cell(row, kColAverage));
+    for (std::size_t t = 0; t < grid.targets; ++t)
+        total.LineAdd[kAddTargets + t] +=
+            core::fNum(grid.Cell(row, kFirstTargetColumn + kTargetColumns * static_cast<int>(t)));
+}
 
 void pAddRepRow(const ReportSource& source, ReportGrid& grid, std::int32_t valueIndex) {
     const analysis::SrchTrmData& results = source.results;

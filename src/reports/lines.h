@@ -54,6 +54,9 @@ void pAddLine(const ReportSource& source, std::span<const std::int32_t> indexes,
 // A gap, the total, and the share of each line. Summed as displayed: the total average is made of rounded averages.
 void pAddTotalLine(const ReportSource& source, ReportGrid& grid, std::string_view label);
 
+// Adds what a line shows to the sums of a total.
+void AddDisplayed(const ReportGrid& grid, std::size_t row, LineRecord& total);
+
 enum class ReportKind : int { Top = 1, All = 2, Grouped = 3 };
 // A finished Top or All report; groups.h has the grouped one.
 ReportGrid pShowReport(const ReportSource& source, ReportKind kind, std::int32_t numberToShow);

@@ -92,12 +92,18 @@ void ReportModel::RestoreSeries() {
 
 void ReportModel::SetPlotDates(std::string dates) {
     grid_.dPlotStartEndDate = std::move(dates);
+    removed_ = 0;
     if (!plotted_.empty()) Plot(std::string(plotted_));
 }
 
 void ReportModel::SortBy(ViewSort by, int column) {
     const auto* row = std::ranges::find(kSorts, by, &SortRow::by);
     SortLines(grid_, row->column < 0 ? column : row->column, row->kind);
+    plotRow_ = RowOf(grid_, plotted_);
+}
+
+void ReportModel::SortByHeader(int column, bool descending) {
+    reports::SortByHeader(grid_, column, descending);
     plotRow_ = RowOf(grid_, plotted_);
 }
 

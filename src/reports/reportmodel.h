@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/env.h"
 #include "dialogs/grouplists.h"
 #include "reports/catalogue.h"
 #include "reports/gridsort.h"
@@ -36,17 +37,20 @@ public:
     // The plot of a line by its place in the grid. False: nothing changed. Stopped leaves the plot as it was.
     bool pPlotRow(std::size_t row, bool force = false);
     const ChartData& Chart() const { return chart_; }
+    bool ShowLegend() const { return ReadPlotOptions(env_.ini).ShowPlotLegend; }
     const std::string& PlottedLine() const { return plotted_; }
     bool CanRemove() const { return removed_ < static_cast<std::int32_t>(kSeries); }
     void RemoveFirstSeries();
     void RestoreSeries();
-    // The options may have changed: plots again. `dates` is first date, "|", last date.
+    // The options may have changed: plots all series again. `dates` is first date, "|", last date.
     void SetPlotDates(std::string dates);
     const std::string& PlotDates() const { return grid_.dPlotStartEndDate; }
 
     enum class ViewSort { Value, Visitors, Stayed, Selected };
     // `column` counts for Selected alone. Lines move; the plot stays with its line.
     void SortBy(ViewSort by, int column = kColValue);
+    // As a click on a header does: what sums the other lines stays below them.
+    void SortByHeader(int column, bool descending);
     void SetLineHeight(bool thick) { grid_.lineHeight = thick ? kThickLine : kThinLine; }
 
     std::string Extract() const;  // fExtractDesc
