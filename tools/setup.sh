@@ -4,7 +4,8 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build python3 libsqlite3-dev libcli11-dev nlohmann-json3-dev libgtest-dev
   zlib1g-dev libbz2-dev liblzma-dev libzstd-dev
-  qt6-base-dev xvfb openbox xdotool imagemagick x11-utils fonts-dejavu-core)
+  qt6-base-dev qt6-svg-dev libqcustomplot-dev
+  xvfb openbox xdotool imagemagick x11-utils fonts-dejavu-core)
 
 missing=()
 for package in "${packages[@]}"; do
