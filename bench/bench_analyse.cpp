@@ -1,5 +1,6 @@
-// bench_analyse [--visits N] [--field F]: how fast each field is analysed over N made visits, beside a bare pass over
-// the same rows in the same order through the store's C interface.
+// bench_analyse [--visits N] [--field F] [--everything]: how fast each field is analysed over N made visits, beside a
+// bare pass over the same rows in the same order through the store's C interface. With everything: three distributions,
+// four targets, words, and behind each analysis the grid of all its values with deviations. CPU time.
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -10,16 +11,19 @@
 
 #include "analysis/options.h"
 #include "analysis/run.h"
+#include "analysis/targetstore.h"
 #include "bench/support.h"
+#include "reports/deviation.h"
 #include "reports/fieldtable.h"
+#include "reports/lines.h"
 #include "sitedb/analysisrows.h"
 #include "sitedb/visitrows.h"
 #include "tools/loggen/random.h"
 
 namespace {
 
+using bench::CpuWatch;
 using bench::Fail;
-using bench::Stopwatch;
 
 constexpr int kPages = 3000;
 constexpr int kTerms = 40000;
@@ -85,7 +89,7 @@ double BarePass(const std::string& database, std::int64_t& rows) {
         "StartPageID,VisitID,CDSClickFurtherPageIDs,CDSBytesClickFurtherPageIDs,StzdSearchTerm,NONSERefr,SearchEngine,"
         "StartLogLnID,StartTimeStamp,EndTimeStamp FROM visit ORDER BY StartTimeStamp";
     if (sqlite3_prepare_v2(db, sql, -1, &query, nullptr) != SQLITE_OK) Fail(sqlite3_errmsg(db));
-    const Stopwatch watch;
+    const CpuWatch watch;
     std::int64_t sum = 0;
     for (rows = 0; sqlite3_step(query) == SQLITE_ROW; ++rows) {
         for (const int column : {0, 1, 7, 8, 9}) sum += sqlite3_column_int64(query, column);
@@ -101,12 +105,51 @@ double BarePass(const std::string& database, std::int64_t& rows) {
     return seconds;
 }
 
-double Analyse(bench::BenchSite& site, int field) {
+void MakeTargets(bench::BenchSite& site) {
+    std::vector<analysis::Target> targets;
+    for (const char* page : {"page7", "page12", "part3/", "page9.html"})
+        targets.push_back({.name = page, .kind = analysis::kAny, .filters = {{logdefs::kContains, page, false}}});
+    const core::Result written = analysis::Tgt_WriteList(site.Session().Env().ini, site.Site().Paths(), targets);
+    if (!written) Fail(written.error);
+}
+
+analysis::AnalysisRequest RequestOf(core::Env& env, int field, bool everything) {
+    analysis::AnalysisRequest request = analysis::Analyse_Request(env.ini, field);
+    if (!everything) return request;
+    request.options.ShowDist1 = request.options.ShowDist2 = true;
+    request.options.ShowClickThru = field != analysis::kPage;
+    request.AnalTgt = request.WordListsOn = true;
+    return request;
+}
+
+struct Times {
+    double analysis = 0;
+    double grid = 0;
+};
+
+Times Analyse(bench::BenchSite& site, int field, bool everything) {
     core::Env& env = site.Session().Env();
-    const Stopwatch watch;
-    const auto outcome = analysis::CVNA_VisitsAnalyse(env, site.Site(), analysis::Analyse_Request(env.ini, field));
+    const CpuWatch watch;
+    const auto outcome = analysis::CVNA_VisitsAnalyse(env, site.Site(), RequestOf(env, field, everything));
     if (!outcome.results) Fail("no results");
-    return watch.Seconds();
+    Times times{watch.Seconds()};
+    if (!everything) return times;
+    if (outcome.results->Targets.size() != analysis::kMaxTargets) Fail("no targets");
+    const reports::Deviation deviation(outcome.results->days, reports::ReadDevSettings(env.ini));
+    reports::pShowReport({env, *outcome.results, &deviation}, reports::ReportKind::All, 0);
+    times.grid = watch.Seconds() - times.analysis;
+    return times;
+}
+
+void Compare(bench::BenchSite& site, const reports::FieldRow& field, const std::string& database, bool everything) {
+    std::int64_t rows = 0;
+    const double bare = std::min(BarePass(database, rows), BarePass(database, rows));
+    const Times first = Analyse(site, field.code, everything), second = Analyse(site, field.code, everything);
+    const Times best = first.analysis < second.analysis ? first : second;
+    std::printf("%-50s %10.3f %14.0f %8.0f %%", std::string(field.name).c_str(), best.analysis,
+                static_cast<double>(rows) / best.analysis, 100 * bare / best.analysis);
+    if (everything) std::printf(" %10.3f %12.1f", best.grid, (best.analysis + best.grid) / bare);
+    std::puts("");
 }
 
 }  // namespace
@@ -114,14 +157,17 @@ double Analyse(bench::BenchSite& site, int field) {
 int main(int argc, char** argv) {
     std::int32_t visits = 1000000;
     int only = 0;
+    bool everything = false;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
         if (i + 1 < argc && word == "--visits") {
             visits = std::atoi(argv[++i]);
         } else if (i + 1 < argc && word == "--field") {
             only = std::atoi(argv[++i]);
+        } else if (word == "--everything") {
+            everything = true;
         } else {
-            std::puts("bench_analyse [--visits N] [--field F]");
+            std::puts("bench_analyse [--visits N] [--field F] [--everything]");
             return word == "--help" ? 0 : 2;
         }
     }
@@ -129,17 +175,14 @@ int main(int argc, char** argv) {
     options.name = "Bench";
     bench::BenchSite site(BENCH_SHARE, options);
     MakeVisits(site.Site(), visits);
+    if (everything) MakeTargets(site);
     const std::string database = site.Site().Paths().database;
     std::int64_t rows = 0;
     BarePass(database, rows);  // warms the file
-    std::printf("%-50s %10s %14s %10s\n", "field", "seconds", "visits/s", "of bare");
-    for (const reports::FieldRow& row : reports::kFieldTable) {
-        if (row.code == 9 || (only != 0 && row.code != only)) continue;
-        const double bare = std::min(BarePass(database, rows), BarePass(database, rows));
-        const double seconds = std::min(Analyse(site, row.code), Analyse(site, row.code));
-        std::printf("%-50s %10.3f %14.0f %8.0f %%\n", std::string(row.name).c_str(), seconds,
-                    static_cast<double>(rows) / seconds, 100 * bare / seconds);
-    }
+    std::printf("%-50s %10s %14s %10s%s\n", "field", "seconds", "visits/s", "of bare",
+                everything ? "       grid  all in bare" : "");
+    for (const reports::FieldRow& row : reports::kFieldTable)
+        if (analysis::HasField(row.code) && (only == 0 || row.code == only)) Compare(site, row, database, everything);
     std::printf("%-50s %10.3f %14.0f\n", "bare pass", BarePass(database, rows),
                 static_cast<double>(rows) / BarePass(database, rows));
     std::printf("peak memory %lld MiB\n", static_cast<long long>(bench::PeakMemoryKiB() / 1024));

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,15 @@ public:
 
 private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// The same of this process alone: on a busy machine ratios keep their meaning.
+class CpuWatch {
+public:
+    double Seconds() const { return static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC; }
+
+private:
+    std::clock_t start_ = std::clock();
 };
 
 // Shows nothing; tells how long a window would have stood still: the longest time without a call.
