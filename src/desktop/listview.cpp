@@ -1,15 +1,12 @@
 #include "desktop/listview.h"
 
 #include <QClipboard>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
-#include <QPlainTextEdit>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -17,6 +14,7 @@
 
 #include "core/numbers.h"
 #include "desktop/text.h"
+#include "desktop/wholetext.h"
 
 namespace desktop {
 namespace {
@@ -70,13 +68,6 @@ std::vector<RowsModel::Column> ColumnsOf(const ListView::Look& look) {
     for (std::size_t i = 0; i < look.widths.size(); ++i) columns[i].hidden = look.widths[i] == 0;
     for (std::size_t i = 0; i < look.alignments.size(); ++i) columns[i].alignment = AlignmentOf(look.alignments[i]);
     return columns;
-}
-
-// What would part cells or lines becomes a blank.
-std::string OneCell(std::string cell) {
-    for (char& c : cell)
-        if (c == '\t' || c == '\r' || c == '\n') c = ' ';
-    return cell;
 }
 
 }  // namespace
@@ -348,19 +339,7 @@ void ListView::ShowFilter() {
 
 void ListView::ShowWhole() {
     const QModelIndex index = view_->currentIndex();
-    if (!index.isValid()) return;
-    QDialog dialog(window());
-    dialog.setWindowTitle(QStringLiteral("Whole text"));
-    auto* layout = new QVBoxLayout(&dialog);
-    auto* text = new QPlainTextEdit(ToQt(model_->Cell(model_->SourceRow(index.row()), index.column())), &dialog);
-    text->setReadOnly(true);
-    text->setAccessibleName(dialog.windowTitle());
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    layout->addWidget(text);
-    layout->addWidget(buttons);
-    dialog.resize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 20);
-    dialog.exec();
+    if (index.isValid()) ShowWholeText(*this, model_->Cell(model_->SourceRow(index.row()), index.column()));
 }
 
 }  // namespace desktop

@@ -22,6 +22,10 @@ constexpr double kLeastContrast = 3;
 
 double Scale(const QWidget& widget) { return widget.fontMetrics().height() / kFontHeight / kTwipsPerPixel; }
 
+QColor FromNumber(int color) { return QColor(color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF); }
+
+}  // namespace
+
 double Luminance(const QColor& color) {
     const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
     return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
@@ -31,10 +35,6 @@ double Contrast(const QColor& a, const QColor& b) {
     const double first = Luminance(a) + 0.05, second = Luminance(b) + 0.05;
     return std::max(first, second) / std::min(first, second);
 }
-
-QColor FromNumber(int color) { return QColor(color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF); }
-
-}  // namespace
 
 int Pixels(const QWidget& widget, int twips) { return static_cast<int>(std::lround(twips * Scale(widget))); }
 

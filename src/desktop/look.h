@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QFont>
 #include <QIcon>
 #include <QSize>
@@ -24,6 +25,10 @@ QFont SpecFont(const QFont& base, const dialogs::ControlSpec& spec);
 std::optional<int> ColorOf(std::string_view number);
 // Sets the colours that were given; what was not given is chosen or kept so that the text can be read.
 void SetColors(QWidget& widget, std::optional<int> back, std::optional<int> fore);
+
+// As the eye takes it, 0 black to 1 white, and how well one colour reads on another, 1 to 21 (after WCAG 2).
+double Luminance(const QColor& color);
+double Contrast(const QColor& a, const QColor& b);
 
 QIcon IconOf(dialogs::Icon icon, const QWidget& widget);
 int IconPixels(const QWidget& widget);

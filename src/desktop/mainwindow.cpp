@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
@@ -11,6 +12,7 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
@@ -20,8 +22,10 @@
 #include "core/inistore.h"
 #include "desktop/arrange.h"
 #include "desktop/helpwindow.h"
+#include "desktop/reportwindow.h"
 #include "desktop/startpanel.h"
 #include "desktop/text.h"
+#include "shell/activeresults.h"
 #include "shell/shell.h"
 #include "shell/sitefacts.h"
 
@@ -105,10 +109,32 @@ void MainWindow::ShowMain() {
 
 void MainWindow::SetCaption(std::string_view caption) { setWindowTitle(TitleText(caption)); }
 
+void MainWindow::OpenReport(std::unique_ptr<reports::ReportModel> report) {
+    auto* window = new ReportWindow(
+        std::move(report),
+        {.run = [this](std::string_view control) { Chosen(control); },
+         .trap = [this](std::string_view event, const std::function<void()>& body) { shell_->Trap(event, body); }});
+    QMdiSubWindow* frame = area_->addSubWindow(window);
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    frame->setWindowIcon(windowIcon());
+    const QString id = QString::number(QDateTime::currentMSecsSinceEpoch());
+    frame->setProperty(kWindowId, id + QLatin1Char('|') + ToQt(shell::kReportWindow));
+    connect(frame, &QObject::destroyed, this,
+            [this] { QTimer::singleShot(0, this, [this] { ShowStartOrWindows(); }); });
+    pages_->setCurrentWidget(area_);
+    frame->showMaximized();
+    window->setFocus(Qt::OtherFocusReason);
+}
+
+shell::ReportWindow* MainWindow::ActiveReport() {
+    const QMdiSubWindow* active = area_->currentSubWindow();
+    return active == nullptr ? nullptr : dynamic_cast<ReportWindow*>(active->widget());
+}
+
 void MainWindow::CloseReports() { area_->closeAllSubWindows(); }
 
 std::string MainWindow::ActiveWindowId() const {
-    const QMdiSubWindow* active = area_->activeSubWindow();
+    const QMdiSubWindow* active = area_->currentSubWindow();  // also while the focus is in a menu
     return active == nullptr ? std::string() : FromQt(active->property(kWindowId).toString());
 }
 
@@ -143,6 +169,11 @@ void MainWindow::OptionsChanged() {
     const bool tabs =
         shell_->Desk().ini.IniGetBool("Parm", "ShowTabs", shell_->Desk().screens, core::Missing::Default, true);
     area_->setViewMode(tabs ? QMdiArea::TabbedView : QMdiArea::SubWindowView);
+    if (auto* bar = area_->findChild<QTabBar*>(); bar != nullptr) {
+        bar->setExpanding(false);
+        bar->setElideMode(Qt::ElideRight);
+    }
+    for (QMdiSubWindow* frame : area_->subWindowList()) frame->showMaximized();
 }
 
 void MainWindow::Quit() { ending_ = true; }

