@@ -15,6 +15,8 @@
 #include "logdefs/formatscreens.h"
 #include "shell/namedscreens.h"
 #include "shell/optionscreens.h"
+#include "shell/popups.h"
+#include "shell/reportcommands.h"
 
 namespace shell {
 namespace {
@@ -34,6 +36,10 @@ std::string RecordedFailures(const core::EventLog& events) {
 }
 
 }  // namespace
+
+Commands::Commands(Workplace& at) : at_(at), reports_(std::make_unique<ReportCommands>(at)) {}
+
+Commands::~Commands() = default;
 
 Commands::Step Commands::StepOf(Command command) {
     struct Row {
@@ -63,7 +69,6 @@ Commands::Step Commands::StepOf(Command command) {
         Row{Command::HelpAgain, &Commands::HelpAgain},
         Row{Command::About, &Commands::About},
     };
-    static_assert(kSteps.size() == static_cast<std::size_t>(Command::About), "a command has no step");
     const auto* row = std::ranges::find(kSteps, command, &Row::command);
     return row != kSteps.end() ? row->step : nullptr;
 }
@@ -74,11 +79,20 @@ bool Commands::Guarded(const std::function<NextStep()>& action) {
     return false;
 }
 
+std::function<void()> Commands::BodyOf(const MenuRow& entry) {
+    if (const Step step = StepOf(entry.command)) return [this, step] { (this->*step)(); };
+    const std::function<void()> body = reports_->BodyOf(entry);
+    if (!body) return {};
+    return [this, body] {
+        if (SiteOrRecover()) body();
+    };
+}
+
 void Commands::Run(std::string_view control) {
-    const MenuRow* row = FindMenuRow(control);
-    const Step step = row != nullptr ? StepOf(row->command) : nullptr;
-    if (step == nullptr) return;
-    const auto body = [this, step] { (this->*step)(); };
+    const MenuRow* row = FindEntry(control);
+    if (row == nullptr) return;
+    const std::function<void()> body = BodyOf(*row);
+    if (!body) return;
     // Help on the last command must not find itself.
     Guarded([&] { return row->Menu() == 'H' ? at_.actions.RunHelp(control, body) : at_.actions.Run(control, body); });
 }
@@ -127,7 +141,9 @@ void Commands::DefineEngines() {
 
 void Commands::SelectSite() {
     const bool changed = at_.screens.SelectSite();
-    if (SiteOrRecover() && changed) Resume();
+    if (!SiteOrRecover() || !changed) return;
+    Resume();
+    reports_->SiteChanged();
 }
 
 void Commands::NewSite() {
@@ -194,7 +210,8 @@ void Commands::ShowMessagesAgain() {
 }
 
 void Commands::AnalysisOptions() {
-    if (SiteOrRecover()) ShowAnalysisOptions(at_.desk, *at_.current.Get());
+    if (SiteOrRecover() && ShowAnalysisOptions(at_.desk, *at_.current.Get()))
+        reports_->AfterChange("date range and options entered");
 }
 
 void Commands::AdvancedOptions() {
@@ -202,7 +219,8 @@ void Commands::AdvancedOptions() {
 }
 
 void Commands::Targets() {
-    if (SiteOrRecover()) analysis::ShowTargets(at_.desk, at_.current.Get()->Paths());
+    if (SiteOrRecover() && analysis::ShowTargets(at_.desk, at_.current.Get()->Paths()))
+        reports_->AfterChange("changed targets");
 }
 
 void Commands::Cascade() { at_.front.ArrangeWindows(Arrange::Cascade); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,12 +29,15 @@ struct Workplace {
     std::string version{};
 };
 
-// Each command of the menu, dispatched by its row. Everything runs under the trap of Actions.
+class ReportCommands;
+
+// Each command of the menus, dispatched by its row. Everything runs under the trap of Actions.
 class Commands {
 public:
-    explicit Commands(Workplace& at) : at_(at) {}
+    explicit Commands(Workplace& at);
+    ~Commands();
 
-    // A menu entry was chosen. One that does not work yet does nothing.
+    // An entry of a menu was chosen, of the menu bar or of a report window.
     void Run(std::string_view control);
     // Files were dropped on the window.
     void AddFiles(const std::vector<std::string>& paths);
@@ -49,6 +53,7 @@ public:
 private:
     using Step = void (Commands::*)();
     static Step StepOf(Command command);
+    std::function<void()> BodyOf(const MenuRow& entry);
     bool Guarded(const std::function<NextStep()>& action);
 
     void AddLogData();
@@ -82,6 +87,7 @@ private:
     void ShowMessagesAgain();
 
     Workplace& at_;
+    std::unique_ptr<ReportCommands> reports_;
     HelpPlace lastHelp_{};
 };
 

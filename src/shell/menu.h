@@ -22,6 +22,31 @@ enum class Command {
     AnalysisOptions,
     AdvancedOptions,
     Targets,
+    Report,  // one of the catalogue
+    MoreReports,
+    NewAnalysis,
+    AnalysedData,
+    SiteArea,
+    EditGroups,
+    Members,
+    SortByValue,
+    SortByVisitors,
+    SortByStayed,
+    SortBySelected,
+    PlotDates,
+    RemoveSeries,
+    RestoreSeries,
+    SelectTerms,
+    Frequencies,
+    VisitsBehind,
+    ThickLines,
+    ThinLines,
+    Summary,
+    SaveGrid,
+    SavePage,
+    ExactCounts,
+    SavePicture,
+    SaveChartData,
     Cascade,
     TileHorizontal,
     TileVertical,
@@ -44,36 +69,21 @@ inline constexpr std::array kMenus{
     MenuHead{"fMnu_H", "&Help"},
 };
 
-// Why an entry is greyed; shown beside the pointer.
-inline constexpr std::string_view kNoReports =
-    "Reports on the desktop are not built yet; use corvane-cli report in a terminal.";
-inline constexpr std::string_view kNoGroups = "Reports by group are not built yet.";
-inline constexpr std::string_view kNoPlots = "Plots are not built yet.";
-inline constexpr std::string_view kNeedsReport =
-    "Sorts a report window; reports on the desktop are not built yet. Use corvane-cli report in a terminal.";
-inline constexpr std::string_view kNoAreas =
-    "A site area cannot be chosen on the desktop yet; use corvane-cli report --area in a terminal.";
-
 struct MenuRow {
     std::string_view control;
     std::string_view caption;
     Command command = Command::None;
-    std::string_view lack = "";
     bool lineAbove = false;
     std::string_view shortcut = "";  // as people write it: "Ctrl+O"
 
     constexpr std::string_view HelpId() const { return control.substr(control.find('_') + 1); }
     constexpr char Menu() const { return HelpId().front(); }
-    constexpr bool Works() const { return lack.empty(); }
 };
-// A row of the table that does something, or tells why it does not; Group stands below a line.
+// A row of the table; Group stands below a line.
 namespace menutable {
 consteval MenuRow Row(std::string_view control, std::string_view caption, Command command,
                       std::string_view shortcut = "") {
     return {.control = control, .caption = caption, .command = command, .shortcut = shortcut};
-}
-consteval MenuRow Row(std::string_view control, std::string_view caption, std::string_view lack) {
-    return {.control = control, .caption = caption, .lack = lack};
 }
 template <class... Rest>
 consteval MenuRow Group(Rest... rest) {
@@ -93,43 +103,44 @@ consteval auto Rows() {
         Row("fMnu_FD", "Add new site &database", NewSite, "Ctrl+N"),
         Group("fMnu_FX", "E&xit", Exit, "Ctrl+Q"),
         Row("fMnu_ER", "&Report Options - Deviation Columns, Top Values.", ReportOptions, "Ctrl+R"),
-        Row("fMnu_EG", "Report Options - Search Terms to include in each &Group [Report by Group ONLY]", kNoGroups),
+        Row("fMnu_EG", "Report Options - Search Terms to include in each &Group [Report by Group ONLY]", EditGroups),
         Group("fMnu_EO", "Program &Options", ProgramOptions, "Ctrl+,"),
-        Row("fMnu_SW", "Ne&w Analysis for Targets, Dates, Options, Groups Selected ", kNoReports),
-        Row("fMnu_SN", "Select A&nalysed data (results for targets over date range)", kNoReports),
+        Row("fMnu_SW", "Ne&w Analysis for Targets, Dates, Options, Groups Selected ", NewAnalysis),
+        Row("fMnu_SN", "Select A&nalysed data (results for targets over date range)", AnalysedData),
         Group("fMnu_SD", "Analysis Options - &Date range, Distribution Cols, Min Visitors", AnalysisOptions, "Ctrl+D"),
         Row("fMnu_ST", "Analysis Options - &Targets to Analyse [Optional]", Targets),
         Row("fMnu_SC", "Analysis Options - Advan&ced. Define Page, Memory Use", AdvancedOptions),
-        Group("fMnu_SE", "Select Site Ar&ea [Optional]", kNoAreas),
-        Row("fMnu_RN", "Top Search E&ngine", kNoReports),
-        Row("fMnu_RC", "All Sear&ch Engines", kNoReports),
-        Group("fMnu_RT", "Top Search &Terms [KeyWords]", kNoReports),
-        Row("fMnu_RG", "&Grouped Search Terms [KeyWords]", kNoGroups),
-        Row("fMnu_RA", "&All Search Terms [KeyWords]", kNoReports),
-        Group("fMnu_RH", "Top P&hrases - 2 or more words - from Search Terms  [KeyWords]", kNoReports),
-        Row("fMnU_RW", "Top &Words n Phrases - up to 7 words - from Search Terms [KeyWords]", kNoReports),
-        Row("fMnu_RD", "Top Single Wor&ds contained in Search Terms [single words from all KeyWords]", kNoReports),
-        Row("fMnu_R2", "Top &2-word Phrases from Search Terms [KeyWords]", kNoReports),
-        Row("fMnu_R3", "Top &3-word Phrases from Search Terms [KeyWords]", kNoReports),
-        Row("fMnu_RM", "... &More Reports on Words n Phrases from Search Terms / KeyWords [Select Report]", kNoReports),
-        Group("fMnu_RS", "Top &Start Pages", kNoReports),
-        Row("fMnu_RP", "All Start &Pages", kNoReports),
-        Row("fMnu_RE", "Top &Exit Pages", kNoReports),
-        Row("fMnu_RX", "All E&xit Pages", kNoReports),
-        Row("fMnu_RV", "Top Pages &Visited", kNoReports),
-        Row("fMnu_RI", "All Pages V&isited", kNoReports),
-        Group("fMnu_RQ", "Popular Tracks - Top Page Se&quences visited", kNoReports),
-        Row("fMnu_RU", "All Tracks - All Page Seq&uences visited", kNoReports),
-        Group("fMnu_RO", "T&op Search Term + Start Page", kNoReports),
-        Row("fMnu_RL", "A&ll Search Term + Start Page", kNoReports),
-        Group("fMnu_RR", "Search Terms for G&roup of selected line", kNoGroups),
-        Row("fMnu_VF", "Sort Results By Le&ft Column (data for selected report)", kNeedsReport),
-        Row("fMnu_VV", "Sort Results By Total &Visitors", kNeedsReport),
-        Row("fMnu_VY", "Sort Results By Count of Visitors who Sta&yed", kNeedsReport),
-        Row("fMnu_VX", "Sort Results by Selected column [&x]", kNeedsReport),
-        Group("fMnu_VP", "Date range to &Plot && Plot Options", kNoPlots),
-        Row("fMnu_VE", "R&emove left column from plot", kNoPlots),
-        Row("fMnu_VS", "Re&store All plotted columns", kNoPlots),
+        Group("fMnu_SE", "Select Site Ar&ea [Optional]", SiteArea),
+        Row("fMnu_RN", "Top Search E&ngine", Report),
+        Row("fMnu_RC", "All Sear&ch Engines", Report),
+        Group("fMnu_RT", "Top Search &Terms [KeyWords]", Report),
+        Row("fMnu_RG", "&Grouped Search Terms [KeyWords]", Report),
+        Row("fMnu_RA", "&All Search Terms [KeyWords]", Report),
+        Group("fMnu_RH", "Top P&hrases - 2 or more words - from Search Terms  [KeyWords]", Report),
+        Row("fMnU_RW", "Top &Words n Phrases - up to 7 words - from Search Terms [KeyWords]", Report),
+        Row("fMnu_RD", "Top Single Wor&ds contained in Search Terms [single words from all KeyWords]", Report),
+        Row("fMnu_R2", "Top &2-word Phrases from Search Terms [KeyWords]", Report),
+        Row("fMnu_R3", "Top &3-word Phrases from Search Terms [KeyWords]", Report),
+        Row("fMnu_RM", "... &More Reports on Words n Phrases from Search Terms / KeyWords [Select Report]",
+            MoreReports),
+        Group("fMnu_RS", "Top &Start Pages", Report),
+        Row("fMnu_RP", "All Start &Pages", Report),
+        Row("fMnu_RE", "Top &Exit Pages", Report),
+        Row("fMnu_RX", "All E&xit Pages", Report),
+        Row("fMnu_RV", "Top Pages &Visited", Report),
+        Row("fMnu_RI", "All Pages V&isited", Report),
+        Group("fMnu_RQ", "Popular Tracks - Top Page Se&quences visited", Report),
+        Row("fMnu_RU", "All Tracks - All Page Seq&uences visited", Report),
+        Group("fMnu_RO", "T&op Search Term + Start Page", Report),
+        Row("fMnu_RL", "A&ll Search Term + Start Page", Report),
+        Group("fMnu_RR", "Search Terms for G&roup of selected line", Members),
+        Row("fMnu_VF", "Sort Results By Le&ft Column (data for selected report)", SortByValue),
+        Row("fMnu_VV", "Sort Results By Total &Visitors", SortByVisitors),
+        Row("fMnu_VY", "Sort Results By Count of Visitors who Sta&yed", SortByStayed),
+        Row("fMnu_VX", "Sort Results by Selected column [&x]", SortBySelected),
+        Group("fMnu_VP", "Date range to &Plot && Plot Options", PlotDates),
+        Row("fMnu_VE", "R&emove left column from plot", RemoveSeries),
+        Row("fMnu_VS", "Re&store All plotted columns", RestoreSeries),
         Row("fMnu_WC", "&Cascade", Cascade),
         Row("fMnu_WH", "Tile &Horizontal", TileHorizontal),
         Row("fMnu_WV", "Tile &Vertical", TileVertical),
@@ -144,6 +155,7 @@ consteval auto Rows() {
 }  // namespace menutable
 inline constexpr std::array kMenuRows = menutable::Rows();
 
+// nullptr: a control that is no entry.
 constexpr const MenuRow* FindMenuRow(std::string_view control) {
     const auto* row = std::ranges::find(kMenuRows, control, &MenuRow::control);
     return row != kMenuRows.end() ? row : nullptr;
@@ -168,9 +180,8 @@ constexpr bool HasMenu(const MenuRow& row) {
 static_assert(ControlsDiffer(), "two entries share a control");
 static_assert(ShortcutsDiffer(), "two entries share a shortcut");
 static_assert(std::ranges::all_of(kMenuRows, [](const MenuRow& row) { return HasMenu(row); }), "an entry has no menu");
-static_assert(std::ranges::all_of(kMenuRows,
-                                  [](const MenuRow& row) { return row.Works() == (row.command != Command::None); }),
-              "an entry works when it has a command, and tells why when it does not");
+static_assert(std::ranges::none_of(kMenuRows, [](const MenuRow& row) { return row.command == Command::None; }),
+              "an entry has no command");
 }  // namespace menucheck
 
 }  // namespace shell

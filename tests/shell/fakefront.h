@@ -9,23 +9,65 @@
 #include <vector>
 
 #include "core/errlog.h"
+#include "reports/reportmodel.h"
 #include "shell/shell.h"
 #include "tests/support/scriptedhost.h"
 #include "tests/support/tempfolder.h"
 
 namespace testsupport {
 
+// A report that nobody sees.
+class FakeReport final : public shell::ReportWindow {
+public:
+    explicit FakeReport(std::unique_ptr<reports::ReportModel> report) : report_(std::move(report)) {}
+
+    std::optional<std::size_t> line{};
+    int column = 0, gridChanges = 0, chartChanges = 0;
+    std::vector<std::string> pictures{};
+    core::Result saved{};
+
+    reports::ReportModel& Report() override { return *report_; }
+    std::optional<std::size_t> SelectedLine() const override { return line; }
+    int SelectedColumn() const override { return column; }
+    void GridChanged() override { ++gridChanges; }
+    void ChartChanged() override { ++chartChanges; }
+    core::Result SavePicture(const std::string& path) override {
+        pictures.push_back(path);
+        return saved;
+    }
+    // Selects the line of this left cell.
+    void Select(std::string_view leftCell) {
+        const auto& rows = report_->Grid().rows;
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            if (rows[i].cells.at(0) == leftCell) line = i;
+        EXPECT_TRUE(line) << leftCell;
+    }
+
+private:
+    std::unique_ptr<reports::ReportModel> report_;
+};
+
 class FakeFront final : public shell::Front {
 public:
     int mainShown = 0, reportsClosed = 0, quits = 0, optionsChanged = 0;
     std::string caption{}, windowId{};
     std::vector<std::string> helpShown{};
+    std::vector<std::unique_ptr<FakeReport>> reports{};
     std::vector<shell::Arrange> arranged{};
     bool hasHelp = true;
 
     void ShowMain() override { ++mainShown; }
     void SetCaption(std::string_view text) override { caption = text; }
-    void CloseReports() override { ++reportsClosed; }
+    void OpenReport(std::unique_ptr<reports::ReportModel> report) override {
+        reports.push_back(std::make_unique<FakeReport>(std::move(report)));
+        windowId = "1|STLst";
+    }
+    void CloseReports() override {
+        ++reportsClosed;
+        reports.clear();
+        windowId.clear();
+    }
+    shell::ReportWindow* ActiveReport() override { return reports.empty() ? nullptr : reports.back().get(); }
     std::string ActiveWindowId() const override { return windowId; }
     void ArrangeWindows(shell::Arrange how) override { arranged.push_back(how); }
     bool ShowHelp(const std::string& page, const std::string& anchor) override {
