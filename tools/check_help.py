@@ -74,10 +74,9 @@ def index_of(file, pages, faults):
 
 def ids_in_use(root):
     """Every help id that the program asks for, with the place that does."""
-    menu = root / "src/shell/menu.h"
-    if menu.exists():
-        for control in re.findall(r'"fMn[uU]_(\w+)", "', menu.read_text()):
-            yield control, "menu.h"
+    for name in ("menu.h", "popups.h"):
+        for control in re.findall(r'"fMn[uU]_(\w+)", "', (root / "src/shell" / name).read_text(encoding="utf-8")):
+            yield control, name
     for file in sorted(root.glob("src/*/*.cpp")):
         for key in re.findall(r'\bhelpId = "(\w+)"', file.read_text(encoding="utf-8")):
             yield key, file.name

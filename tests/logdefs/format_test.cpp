@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/dates.h"
-#include "core/text.h"
 #include "logdefs/linedate.h"
-#include "tests/support/tsv.h"
 
 namespace logdefs {
 namespace {
@@ -118,38 +116,6 @@ TEST(LogFileSpec, SplitsAtTheFirstMark) {
     EXPECT_EQ(spec.format, "apache-combined");
     EXPECT_EQ(LogFileSpecJoin(spec), "/a/b.log [LogFormat: apache-combined]");
     EXPECT_EQ(LogFileSpecJoin({"x", ""}), "x");
-}
-
-// Every delivered layout cuts its example into the expected fields.
-TEST(DeliveredFormats, CutTheirExamples) {
-    const struct {
-        const char* column;
-        int field;
-    } columns[] = {{"expected_address", kIP},        {"expected_file", kFile},       {"expected_query", kQuery},
-                   {"expected_referrer", kReferrer}, {"expected_agent", kAgent},     {"expected_status", kStatus},
-                   {"expected_bytes", kBytes},       {"expected_micros", kProcTime}, {"expected_vhost", kVirtualHost},
-                   {"expected_user", kUserNo}};
-    int cut = 0;
-    for (const testsupport::TsvRow& row : testsupport::ReadTsv(TEST_DATA "/params/formats.tsv")) {
-        const std::string stored = row.at("template");
-        if (stored.empty()) continue;
-        SCOPED_TRACE(row.at("name"));
-        const bool hasReturn = row.at("name") == "iis-w3c-iis5-cr";
-        const std::string spec = hasReturn ? core::fReplace(stored, "\\r", "\r") : stored;
-        std::string line = core::fReplace(core::fReplace(row.at("example"), "\\t", "\t"), "\\r", "\r");
-        core::StrArray specs(0, {});
-        std::string rest = spec;
-        for (core::Token token; (token = core::fNextToken(rest, "|")).found;) specs.Append(token.text);
-        specs.Append(rest);
-        const LogFormat format(specs);
-        EXPECT_TRUE(format.Warnings().empty());
-        LogLnFields fields;
-        ASSERT_TRUE(format.LogLnInterpret(line, fields));
-        for (const auto& column : columns) EXPECT_EQ(fields[column.field], row.at(column.column)) << column.column;
-        EXPECT_EQ(std::to_string(LineClock().LogLnTimestamp(fields).timestamp), row.at("expected_time"));
-        ++cut;
-    }
-    EXPECT_GE(cut, 59);
 }
 
 }  // namespace

@@ -156,7 +156,7 @@ def first_walk(screen, program, home):
     screen.wait(second, corvane)
 
     for keys, title, name in (("ctrl+comma", "Enter Options", "program-options"),
-                              ("ctrl+d", "Analysis Options|Options", "analysis-options"),
+                              ("ctrl+d", "Enter date range", "analysis-options"),
                               ("ctrl+r", "Enter Report Options", "report-options")):
         screen.key(keys)
         screen.wait(title, corvane)
