@@ -1,6 +1,6 @@
 // bench_desktop [--home DIR]: CPU time until the window can be used, beside a bare window; a dialog with a long list,
-// beside the toolkit's own list of the same texts and beside sorting them. Shown on no screen unless QT_QPA_PLATFORM
-// says so.
+// beside the toolkit's own list of the same texts and beside sorting them; a report of many lines until it is painted,
+// and another line of it until its trend is. Shown on no screen unless QT_QPA_PLATFORM says so.
 #include <sys/resource.h>
 
 #include <QApplication>
@@ -15,7 +15,11 @@
 #include <string>
 #include <vector>
 
+#include "analysis/fields.h"
+#include "bench/support.h"
 #include "desktop/application.h"
+#include "desktop/chartview.h"
+#include "desktop/reportwindow.h"
 #include "dialogs/showmb.h"
 
 namespace {
@@ -102,6 +106,45 @@ double Sorting(dialogs::Rows rows) {
     return Took([&] { std::ranges::sort(rows); });
 }
 
+reports::AnalysisPtr ManyTerms() {
+    auto results = std::make_unique<analysis::SrchTrmData>();
+    results->Analyzed_Field = analysis::kTerm;
+    results->days = {46000, 90};
+    for (int i = 0; i < kItems; ++i)
+        results->table.Result_Add(i % 90, "term " + std::to_string(i * 7919 % kItems), {.visitors = 1 + i % 13}, 0, -1);
+    return std::make_shared<reports::OpenAnalysis>(std::move(results));
+}
+
+void Reports(double sorting) {
+    sitedb::SiteOptions options;
+    options.name = "Bench";
+    bench::BenchSite site(CORVANE_SOURCE_SHARE, options);
+    const reports::AnalysisPtr terms = ManyTerms();
+    const desktop::ReportWindow::Links links{
+        .run = [](std::string_view) {}, .trap = [](std::string_view, const std::function<void()>& body) { body(); }};
+    std::unique_ptr<desktop::ReportWindow> window;
+    const double opened = Took([&] {
+        auto model = std::make_unique<reports::ReportModel>(site.Session().Env(), terms, reports::ReportKind::All, "");
+        window = std::make_unique<desktop::ReportWindow>(std::move(model), links);
+        window->resize(1280, 860);
+        window->show();
+        QCoreApplication::processEvents();
+        window->grab();
+    });
+    Line("a report of 100,000 lines, painted", opened, "sorting the items", sorting);
+    constexpr int kLines = 20;
+    const double lines = Took([&] {
+        for (std::size_t line = 0; line < kLines; ++line) {
+            window->Grid().SelectLine(line);
+            window->Grid().onLine(line);
+            QCoreApplication::processEvents();
+            window->Chart().grab();
+        }
+    });
+    const double painting = Took([&] { window->Chart().grab(); });
+    Line("another line of it, its trend painted", lines / kLines, "painting the chart again", painting);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -114,6 +157,7 @@ int main(int count, char** arguments) {
     const double list = ListDialog(rows);
     Line("a dialog with a list of 100,000 items", list, "the toolkit's list, item by item", OwnList(rows));
     Line("a dialog with a list of 100,000 items", list, "sorting the items", Sorting(rows));
+    Reports(Sorting(rows));
     if (!home.empty()) Line("start to a usable window", Start(home), "a bare window", bare);  // last: it ends all loops
     return 0;
 }

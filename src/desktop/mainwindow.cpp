@@ -123,18 +123,25 @@ void MainWindow::OpenReport(std::unique_ptr<reports::ReportModel> report) {
             [this] { QTimer::singleShot(0, this, [this] { ShowStartOrWindows(); }); });
     pages_->setCurrentWidget(area_);
     frame->showMaximized();
+    area_->setActiveSubWindow(frame);
     window->setFocus(Qt::OtherFocusReason);
 }
 
+// The area itself knows of no active window while a menu or a dialog has the keyboard.
+QMdiSubWindow* MainWindow::InFront() const {
+    const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+    return windows.isEmpty() ? nullptr : windows.back();
+}
+
 shell::ReportWindow* MainWindow::ActiveReport() {
-    const QMdiSubWindow* active = area_->currentSubWindow();
+    const QMdiSubWindow* active = InFront();
     return active == nullptr ? nullptr : dynamic_cast<ReportWindow*>(active->widget());
 }
 
 void MainWindow::CloseReports() { area_->closeAllSubWindows(); }
 
 std::string MainWindow::ActiveWindowId() const {
-    const QMdiSubWindow* active = area_->currentSubWindow();  // also while the focus is in a menu
+    const QMdiSubWindow* active = InFront();
     return active == nullptr ? std::string() : FromQt(active->property(kWindowId).toString());
 }
 

@@ -60,6 +60,7 @@ protected:
 private:
     void Chosen(std::string_view control);
     void Done();  // an action has ended
+    QMdiSubWindow* InFront() const;
     void ShowStartOrWindows();
     QString SiteFacts();
     void RestorePlace();

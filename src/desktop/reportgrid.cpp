@@ -32,6 +32,7 @@ using reports::ColumnKind;
 constexpr int kFilterMs = 60;
 constexpr std::size_t kManyLines = 5000;  // from here on the filter waits for the person to stop typing
 constexpr int kCellMargin = 6;
+constexpr int kMeasuredLines = 200;
 constexpr std::size_t kMenuBytes = 80;
 
 QLineEdit* Box(const char* hint, const char* name, QWidget* parent) {
@@ -205,6 +206,33 @@ void ReportGridView::SetWidths() {
         if (column > 0 && facts.kind != ColumnKind::Separator) table_->setColumnHidden(column, facts.width <= 1);
     }
     table_->Left().setColumnWidth(0, table_->columnWidth(0));
+    fitted_ = table_->columnWidth(0);
+    wanted_ = WantedFirst();
+}
+
+int ReportGridView::WantedFirst() const {
+    int wanted = fitted_;
+    for (int row = 0; row < std::min(kMeasuredLines, rows_->rowCount()); ++row) {
+        const QString text = rows_->index(row, reports::kColValue).data().toString();
+        wanted = std::max(wanted, fontMetrics().horizontalAdvance(text) + 3 * kCellMargin);
+    }
+    return wanted;
+}
+
+// Room that the other columns leave goes to the first one, as far as its texts need it and nobody drew its width.
+void ReportGridView::FitFirst() {
+    if (table_->columnWidth(0) != fitted_) return;
+    int others = 0;
+    for (int column = 1; column < rows_->columnCount(); ++column) others += table_->columnWidth(column);
+    const int given = WidthOf(reports::kColValue);
+    fitted_ = std::clamp(table_->viewport()->width() - others, given, std::max(given, wanted_));
+    table_->setColumnWidth(0, fitted_);
+    table_->Left().setColumnWidth(0, fitted_);
+}
+
+void ReportGridView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    FitFirst();
 }
 
 void ReportGridView::changeEvent(QEvent* event) {

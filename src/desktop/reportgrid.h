@@ -44,6 +44,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void BuildBar();
@@ -52,6 +53,8 @@ private:
     void SetLook();
     void SetWidths();
     int WidthOf(int column) const;
+    int WantedFirst() const;
+    void FitFirst();
     void ShowColumn(int column, bool on);
     void ShowSeparators();
     std::vector<int> ShownColumns() const;
@@ -81,6 +84,7 @@ private:
     std::string leftCell_{};
     int column_ = 0;
     int sortColumn_ = -1, lineHeight_ = 0;
+    int wanted_ = 0, fitted_ = 0;  // pixels of the first column: what its texts need, what it was given
     bool descending_ = false;
     bool quiet_ = false;
 };

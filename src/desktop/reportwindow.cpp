@@ -7,7 +7,6 @@
 #include <QScrollArea>
 #include <QSplitter>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "core/numbers.h"
 #include "desktop/chartview.h"
@@ -19,7 +18,7 @@ namespace desktop {
 namespace {
 
 constexpr int kSmallScreen = 9000;  // twips: no room for a legend
-constexpr int kSideLetters = 34;
+constexpr int kSideLetters = 44;
 
 QLabel* TextPart(const QString& text, const QString& name) {
     auto* label = new QLabel(text);
@@ -52,14 +51,13 @@ ReportWindow::ReportWindow(std::unique_ptr<reports::ReportModel> report, Links l
     auto* main = new QSplitter(Qt::Vertical);
     main->addWidget(grid_);
     main->addWidget(chart_);
-    main->setStretchFactor(0, 3);
-    main->setStretchFactor(1, 2);
+    main->setSizes({600, 400});  // shares
     main->setChildrenCollapsible(false);
     auto* across = new QSplitter(Qt::Horizontal, this);
     across->addWidget(main);
     across->addWidget(BuildSide());
     across->setStretchFactor(0, 1);
-    across->setSizes({100 * kSideLetters, fontMetrics().averageCharWidth() * kSideLetters});
+    across->setSizes({1000, fontMetrics().averageCharWidth() * kSideLetters});
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(across);
@@ -68,16 +66,10 @@ ReportWindow::ReportWindow(std::unique_ptr<reports::ReportModel> report, Links l
     grid_->onMenu = [this](const QPoint& place) { ShowPopup(shell::Popup::Line, place); };
     chart_->onMenu = [this](const QPoint& place) { ShowPopup(shell::Popup::Chart, place); };
     ChartChanged();
-    SelectPlotted();
 }
 
-// The window opens with the line whose trend it shows.
-void ReportWindow::SelectPlotted() {
-    const auto& rows = report_->Grid().rows;
-    const auto line =
-        std::ranges::find_if(rows, [&](const reports::GridRow& row) { return row.kind == reports::LineKind::Total; });
-    if (line != rows.end()) grid_->SelectLine(static_cast<std::size_t>(line - rows.begin()));
-}
+// The views go before the report that they show.
+ReportWindow::~ReportWindow() { qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)); }
 
 QWidget* ReportWindow::BuildSide() {
     const QString extract = ToQt(report_->Extract());
@@ -87,6 +79,7 @@ QWidget* ReportWindow::BuildSide() {
     side->addWidget(Scrolled(about, about->accessibleName()));
     if (QWidget* words = BuildWords()) side->addWidget(words);
     side->addWidget(Scrolled(plotted_, plotted_->accessibleName()));
+    side->setSizes(side->count() == 3 ? QList<int>{250, 450, 300} : QList<int>{500, 500});  // shares
     return side;
 }
 
@@ -95,7 +88,8 @@ QWidget* ReportWindow::BuildWords() {
     if (!report_->Results().WordListsOn) return nullptr;
     words_.push_back({reports::kWordHeaders.begin(), reports::kWordHeaders.end()});
     for (const reports::WordCount& word : report_->Words()) words_.push_back({word.text, core::NumText(word.count)});
-    ListView::Look look{.grid = true, .fixedRows = 1, .alignments = {1, 7}};
+    const int letter = fontMetrics().averageCharWidth();
+    ListView::Look look{.grid = true, .fixedRows = 1, .widths = {24 * letter, 10 * letter}, .alignments = {1, 7}};
     auto* list = new ListView(
         std::move(look), [this]() -> const dialogs::Rows& { return words_; }, this);
     list->SetEmptyText("The visits that were analysed have no search term.");

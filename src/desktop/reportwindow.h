@@ -29,6 +29,7 @@ public:
         std::function<void(std::string_view event, const std::function<void()>& body)> trap{};
     };
     ReportWindow(std::unique_ptr<reports::ReportModel> report, Links links, QWidget* parent = nullptr);
+    ~ReportWindow() override;
 
     reports::ReportModel& Report() override { return *report_; }
     std::optional<std::size_t> SelectedLine() const override { return grid_->SelectedLine(); }
@@ -43,7 +44,6 @@ public:
 private:
     QWidget* BuildSide();
     QWidget* BuildWords();
-    void SelectPlotted();
     void LineSelected(std::size_t line);
     void ShowPopup(shell::Popup popup, const QPoint& global);
 

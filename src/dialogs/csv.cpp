@@ -6,10 +6,10 @@
 namespace dialogs {
 namespace {
 
-// "-12.5" is a number and stays one.
+// "-12.5" and "-12 %" are numbers and stay what they are.
 bool MayBeFormula(std::string_view text) {
-    return !text.empty() && std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos &&
-           !core::IsNumeric(text);
+    if (text.empty() || std::string_view("=+-@\t\r").find(text[0]) == std::string_view::npos) return false;
+    return !core::IsNumeric(text.ends_with(" %") ? text.substr(0, text.size() - 2) : text);
 }
 
 }  // namespace

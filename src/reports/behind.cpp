@@ -125,8 +125,8 @@ private:
 
     void Show(ListBox& list, const std::function<void(dialogs::DialogModel&, int)>& press) {
         dialogs::Controls controls;
-        dialogs::MBAddCtl("Grid", list.rows.size() > 1 ? "0" : "-1", dialogs::MBSpec(list.spec), controls,
-                          std::move(list.rows));
+        const std::string first = list.rows.size() > 1 ? "0" : "-1";
+        dialogs::MBAddCtl("Grid", first, dialogs::MBSpec(list.spec), controls, std::move(list.rows));
         controls[1].caption = list.caption;
         controls[1].emptyText = list.emptyText;
         dialogs::Box box;
@@ -137,7 +137,7 @@ private:
         box.escNo = 1;
         box.title = list.title;
         box.name = list.name;
-        box.helpId = "R";
+        box.helpId = "Visits";
         dialogs::ShowMBStay(desk_, box, controls, [&](dialogs::DialogModel& model, int button) {
             model.problem.clear();
             if (button != 0) press(model, button);

@@ -16,6 +16,7 @@
 #include "desktop/arrange.h"
 #include "desktop/helpwindow.h"
 #include "desktop/menus.h"
+#include "reports/reportmodel.h"
 #include "shell/menu.h"
 #include "tests/desktop/modal.h"
 #include "tests/support/fakes.h"
@@ -122,6 +123,39 @@ TEST_F(MainWindowTest, KeepsItsPlace) {
     QRect place;
     Run({[&place](MainWindow& window) { place = window.geometry(); }});
     EXPECT_EQ(place, QRect(40, 50, 700, 500));
+}
+
+// A menu or a dialog has the keyboard while a command asks for the report in front.
+TEST_F(MainWindowTest, TheReportInFrontIsFoundAndAllGoWithTheSite) {
+    testsupport::ScriptedUser user;
+    testsupport::FakeProgress progress;
+    core::IniStore ini{user};
+    testsupport::FixedClock clock;
+    core::EventLog events{clock, home_.File("events.log")};
+    core::Env env{ini, user, progress, events, clock};
+    reports::OpenAnalyses analyses;
+    const auto open = [&](MainWindow& window, const char* value) {
+        auto results = std::make_unique<analysis::SrchTrmData>();
+        results->Analyzed_Field = analysis::kTerm;
+        results->days = {46000, 3};
+        results->table.Result_Add(0, value, {}, 0, -1);
+        window.OpenReport(std::make_unique<reports::ReportModel>(env, analyses.Analysis_New(std::move(results)),
+                                                                 reports::ReportKind::All, "Targets"));
+    };
+    Run({[&](MainWindow& window) {
+             EXPECT_EQ(window.ActiveReport(), nullptr);
+             open(window, "one");
+             open(window, "two");
+         },
+         [](MainWindow& window) {
+             ASSERT_NE(window.ActiveReport(), nullptr);
+             EXPECT_EQ(window.ActiveReport()->Report().Grid().Cell(0, 0), "two");
+             EXPECT_TRUE(window.ActiveWindowId().ends_with("|STLst"));
+             window.menuBar()->setFocus();
+             EXPECT_NE(window.ActiveReport(), nullptr);
+             window.CloseReports();
+         },
+         [](MainWindow& window) { EXPECT_EQ(window.ActiveReport(), nullptr); }});
 }
 
 // A command runs until its dialog is closed; meanwhile no other starts and the window stays.

@@ -66,6 +66,8 @@ TEST(TableArrayBounds, GrowToWhatIsPut) {
 
 TEST_F(CsvFile, WritesCellsInBothModes) {
     const TableArray table = Table({{"a\"b,c", std::nullopt, "plain"}, {"x\r\ny", "=1+1", "-1.5"}});
+    EXPECT_EQ(CsvCell("-12 %", CsvQuotes::Doubled, CsvGuard::Spreadsheet), "-12 %");
+    EXPECT_EQ(CsvCell("-x %", CsvQuotes::Doubled, CsvGuard::Spreadsheet), "'-x %");
     EXPECT_EQ(Saved(table), "\"a\"\"b,c\",,plain\r\nx  y,=1+1,-1.5\r\n");
     EXPECT_EQ(Saved(table, {.quoted = false}), "\"a&34#b,c\",,plain\r\nx  y,=1+1,-1.5\r\n");
     EXPECT_EQ(Saved(table, {.delimiter = ';', .guard = CsvGuard::Spreadsheet}),

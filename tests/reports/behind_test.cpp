@@ -38,6 +38,7 @@ TEST(ShowVisitsBehind, LeadsFromALineToVisitsToLogLines) {
         ASSERT_EQ(model.controls[1].rows.size(), 3U);
         EXPECT_EQ(model.controls[1].rows[1][0], "2026-01-05 12:00:00");
         EXPECT_EQ(model.controls[1].rows[1][3], "shoes");
+        EXPECT_EQ(model.controls[1].value, "0");  // so that Enter leads on
         model.controls[1].value = "-1";
     });
     at.host.WillPress("Show log lines", [](DialogModel& model) { model.controls[1].value = "1"; });

@@ -3,7 +3,7 @@
 
 Starts it with an empty data home, answers the first question, makes a second site, selects it, removes the first, opens
 the option dialogs, leaves; starts it again with a log file and adds that; looks at records, definitions and checks; adds
-a list of files and new robots; stops reads. A picture of each step lands in OUTDIR. Fails
+a list of files and new robots; goes through reports, also with dark colours; stops reads. A picture of each step lands in OUTDIR. Fails
 when a window does not come, when the program says something that nobody expected, or when the files do not stand as they
 should afterwards.
 """
@@ -305,6 +305,139 @@ def adding_walk(screen, program, loggen, home, folder):
     check("Val=fetchling/1.0" in filters and "Val=othergatherer/2" in filters, "the robots have no rules")
 
 
+def hold(file, begins, patience=PATIENCE):
+    """Until the file is there and begins so."""
+    end = time.monotonic() + patience
+    while time.monotonic() < end:
+        if file.exists() and file.read_bytes().startswith(begins):
+            return
+        time.sleep(0.1)
+    raise SystemExit(f"walk: {file.name} was not written")
+
+
+def save(screen, corvane, title, path, name=""):
+    """Enters a path into a dialog that saves, and takes its message away."""
+    screen.wait(title, corvane)
+    screen.key("ctrl+a")
+    screen.type(str(path))
+    if name:
+        screen.shot(name)
+    screen.key("Return")
+    time.sleep(0.7)
+    screen.key("Return")
+    screen.wait("Current Site DB: Corvane", corvane)
+
+
+def set_up_reports(home):
+    """Options and groups of the site, as the option dialogs would store them."""
+    site = next((home / "sites").iterdir()) / "param"
+    (site / "STgroups.ini").write_text("[Groups]\r\nSTgrps=Garden|Pots\r\nGarden=garden shears|tomato seeds|never heard of\r\n"
+                                       "Pots=terracotta pots 30 cm|copper watering can\r\n")
+    values = site / "LastVals.ini"
+    values.write_text(values.read_text().replace("[Main]", "[Main]\nDevShow=True\nConfirmRepOps=True", 1))
+
+
+def menu(screen, *keys):
+    """Goes through a menu: the letter of the menu bar, then of the entry."""
+    for key in keys:
+        screen.key(key)
+        time.sleep(0.4)
+
+
+def reports_walk(screen, program, home, folder):
+    """Reports of one analysis: a line, a series removed, groups and their members, what is behind a number, files."""
+    set_up_reports(home)
+    main = "Current Site DB: Corvane"
+    corvane = start(screen, program, home)
+    screen.wait(main, corvane)
+    menu(screen, "alt+r", "t")
+    screen.wait("Analyse Search Term", corvane)
+    screen.shot("analyse")
+    screen.key("Return")
+    screen.wait(main, corvane)
+    time.sleep(2)
+    screen.shot("top-report")
+    screen.key("Down", "Down", "Down")
+    time.sleep(0.5)
+    screen.shot("line-selected")
+    menu(screen, "alt+v", "e")
+    screen.shot("series-removed")
+    menu(screen, "alt+v", "p")
+    screen.wait("Enter date range to plot", corvane)
+    screen.key("alt+p", "Return")
+    screen.wait(main, corvane)
+    menu(screen, "alt+v", "e")
+    screen.shot("percentages")
+
+    menu(screen, "Menu", "b")
+    screen.wait("Visits behind", corvane)
+    screen.shot("visits-behind")
+    screen.key("alt+l")
+    time.sleep(1)
+    screen.shot("log-lines")
+    screen.key("Escape")
+    screen.wait("Visits behind", corvane)
+    screen.key("Escape")
+    screen.wait(main, corvane)
+
+    menu(screen, "Menu", "v")
+    save(screen, corvane, "Save contents of grid", folder / "grid.csv", "save-grid")
+    hold(folder / "grid.csv", b"Search Term,")
+    menu(screen, "Menu", "p")
+    save(screen, corvane, "Save report as web page", folder / "report.html")
+    hold(folder / "report.html", b"<!DOCTYPE html>")
+    screen.tool("mousemove", "500", "650", "click", "3")
+    time.sleep(0.5)
+    screen.shot("chart-menu")
+    screen.key("p")
+    save(screen, corvane, "Save picture of chart", folder / "chart.png")
+    hold(folder / "chart.png", b"\x89PNG")
+    screen.tool("mousemove", "505", "655")
+    time.sleep(1)
+    screen.shot("pointer")
+
+    menu(screen, "alt+r", "g")
+    time.sleep(1.5)
+    screen.shot("grouped-report")
+    screen.key("Down")
+    menu(screen, "alt+r", "r")
+    time.sleep(1)
+    screen.shot("members")
+    menu(screen, "alt+a", "n")
+    screen.wait("Select Analysis", corvane)
+    screen.shot("select-analysis")
+    screen.key("Escape")
+    screen.wait(main, corvane)
+    leave(screen, corvane)
+
+
+DARK = "".join(f"[Colors:{part}]\nBackgroundNormal=32,34,37\nForegroundNormal=235,235,235\nBackgroundAlternate=40,43,46\n"
+               "ForegroundInactive=150,150,150\n"
+               for part in ("Window", "View", "Button", "Tooltip")) + (
+    "[Colors:Selection]\nBackgroundNormal=61,125,190\nForegroundNormal=255,255,255\n")
+
+
+def dark_walk(screen, program, home, folder):
+    """The same report with the colours of a dark desktop."""
+    (folder / "config").mkdir()
+    (folder / "config/kdeglobals").write_text(DARK)
+    screen.env.update(XDG_CURRENT_DESKTOP="KDE", KDE_SESSION_VERSION="5", KDE_FULL_SESSION="true",
+                      XDG_CONFIG_HOME=str(folder / "config"))
+    corvane = start(screen, program, home)
+    screen.wait("Current Site DB: Corvane", corvane)
+    menu(screen, "alt+r", "t")
+    screen.wait("Analyse Search Term", corvane)
+    screen.key("Return")
+    screen.wait("Current Site DB: Corvane", corvane)
+    time.sleep(2)
+    screen.key("Down", "Down")
+    time.sleep(0.5)
+    screen.shot("dark-report")
+    leave(screen, corvane)
+    for name in ("XDG_CURRENT_DESKTOP", "KDE_SESSION_VERSION", "KDE_FULL_SESSION", "XDG_CONFIG_HOME"):
+        screen.env.pop(name, None)
+
+
 def stop_walk(screen, program, home, log):
     """A read that is stopped: its visits are left for later, then, with the next one, built at once."""
     corvane = start(screen, program, home, str(log))
@@ -385,6 +518,8 @@ def main():
             second_walk(screen, program, home, log)
             definitions_walk(screen, program, home)
             adding_walk(screen, program, loggen, home, pathlib.Path(folder))
+            reports_walk(screen, program, home, pathlib.Path(folder))
+            dark_walk(screen, program, home, pathlib.Path(folder))
             damaged_walk(screen, program, home)
             subprocess.run([loggen, "--lines", "1500000", "--start", "2027-03-01", "--clean", "-o", str(log)], check=True)
             third_walk(screen, program, home, log)
