@@ -8,7 +8,8 @@
 #include "core/cds.h"
 #include "reports/groups.h"
 #include "reports/reportmodel.h"
-#include "reports/summary.h"
+#include "reports/reportscreens.h"
+#include "tests/support/scriptedhost.h"
 #include "tests/support/tempsite.h"
 
 // One small log worked through by hand: 54 days from 10 February to 3 April 2024, six visits.
@@ -173,6 +174,21 @@ TEST_F(SmallLog, TrendInPeriodsOfTwentyDays) {
     EXPECT_EQ(series(1), "50 0 100 ");
     EXPECT_EQ(series(kScaleHelper), "none none 10 ");
     EXPECT_NE(model.Summary().find("Total Visits: 6"), std::string::npos);
+}
+
+// An analysis that is stopped leaves the ones before it.
+TEST_F(SmallLog, StoppingLeavesWhatIsOpen) {
+    testsupport::ScriptedHost host;
+    const dialogs::Desk desk{ini, host, "Corvane", folder.File("screens.ini")};
+    ReportScreens screens(env, desk, *site, analyses);
+    const AnalysisPtr first = screens.Analyse(analysis::kTerm);
+    ASSERT_NE(first, nullptr);
+    progress.steps = 0;
+    progress.stopAtStep = 5;
+    EXPECT_EQ(screens.Analyse(analysis::kTerm), nullptr);
+    EXPECT_EQ(progress.open, 0);
+    EXPECT_EQ(analyses.Analyses_List("Shop", analysis::kTerm), std::vector<AnalysisPtr>{first});
+    EXPECT_EQ(Cells(ReportModel(env, first, ReportKind::All, "Targets"), kTotal, 1, 1), "6; ");
 }
 
 }  // namespace

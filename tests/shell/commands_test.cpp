@@ -20,15 +20,7 @@ using testsupport::TestShell;
 // "Shop" is open, "Other" is on the list.
 class CommandsTest : public testing::Test {
 protected:
-    CommandsTest() {
-        EXPECT_TRUE(test.shell->TheSession().Prepare().ok);
-        sitedb::SiteOptions options;
-        for (const char* name : {"Other", "Shop"}) {
-            options.name = name;
-            EXPECT_TRUE(test.Sites().Site_Create(options).result.ok);
-        }
-        EXPECT_TRUE(test.Load());
-    }
+    CommandsTest() { test.LoadWithTwoSites(); }
     std::string Stored(const char* section, const char* key) {
         return test.shell->Desk().ini.IniGet(section, key, test.shell->Desk().screens);
     }

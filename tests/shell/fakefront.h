@@ -127,6 +127,16 @@ public:
         host.WillPress("OK", Enter(name));
         ASSERT_TRUE(Load());
     }
+    // Starts with "Shop" open and "Other" on the list.
+    void LoadWithTwoSites() {
+        ASSERT_TRUE(shell->TheSession().Prepare().ok);
+        sitedb::SiteOptions options;
+        for (const char* name : {"Other", "Shop"}) {
+            options.name = name;
+            ASSERT_TRUE(Sites().Site_Create(options).result.ok);
+        }
+        ASSERT_TRUE(Load());
+    }
     // Enters a text into the first text box.
     static ScriptedHost::Fill Enter(const std::string& text) {
         return [text](dialogs::DialogModel& model) {

@@ -23,13 +23,7 @@ std::string Search(const char* term) { return std::string("https://www.google.co
 class ReportCommandsTest : public testing::Test {
 protected:
     ReportCommandsTest() {
-        EXPECT_TRUE(test.shell->TheSession().Prepare().ok);
-        sitedb::SiteOptions options;
-        for (const char* name : {"Other", "Shop"}) {
-            options.name = name;
-            EXPECT_TRUE(test.Sites().Site_Create(options).result.ok);
-        }
-        EXPECT_TRUE(test.Load());
+        test.LoadWithTwoSites();
         const std::string log = Combined("1.1.1.1", "02/Mar/2009:08:00:00", "/a.htm", Search("red+shoes")) +
                                 Combined("1.1.1.1", "02/Mar/2009:08:01:00", "/b.htm") +
                                 Combined("1.1.1.2", "03/Mar/2009:08:00:00", "/a.htm", Search("hat")) +
