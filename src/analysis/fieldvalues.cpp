@@ -9,18 +9,59 @@
 
 namespace analysis {
 
-std::string_view FieldValues::Start(const VisitPageList& pages) const {
-    return pages.start == VisitPageList::kNoStart ? kNoPages : shown_.Name(static_cast<std::uint32_t>(pages.start));
+namespace {
+
+// The entry of a number that was given in order of first sightings. Entries never move.
+KnownText* EntryOf(std::deque<KnownText>& entries, std::uint32_t number) {
+    if (number >= entries.size()) entries.resize(number + 1);
+    return &entries[number];
+}
+
+}  // namespace
+
+FieldValues::FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, bool notes)
+    : field_(field),
+      shown_(shown),
+      referrers_(referrers),
+      notesWanted_(notes || IsWordField(field)),
+      noTerm_{names::kNotSearchEngine} {}
+
+KnownText* FieldValues::Name(std::uint32_t name) {
+    KnownText* const known = EntryOf(names_, name);
+    known->text = shown_.Name(name);
+    return known;
+}
+
+KnownText* FieldValues::Start(const VisitPageList& pages) {
+    return pages.start == VisitPageList::kNoStart ? &noPages_ : Name(static_cast<std::uint32_t>(pages.start));
+}
+
+KnownText* FieldValues::Term(const sitedb::AnalysisRow& visit) {
+    if (visit.StzdSearchTerm.empty()) return &noTerm_;
+    KnownText* const label = found_.term != nullptr ? &found_.term->label : &(term_ = {});
+    label->text = visit.StzdSearchTerm;
+    return label;
+}
+
+KnownText* FieldValues::Engine(const sitedb::AnalysisRow& visit) {
+    engine_ = {visits::Visit_SELabel(visit)};
+    return &engine_;
+}
+
+void FieldValues::AddMade(std::string_view text) {
+    made_ = {text};
+    found_.values.push_back(&made_);
 }
 
 const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit, VisitPageList& pages) {
     found_.values.clear();
+    found_.term = notesWanted_ && !visit.StzdSearchTerm.empty() ? &notes_.Of(visit.StzdSearchTerm) : nullptr;
     const bool ofTerms = field_ >= kEngine;
-    found_.firstDistribution = ofTerms ? visits::Visit_STLabel(visit) : visits::Visit_SELabel(visit);
+    found_.firstDistribution = ofTerms ? Term(visit) : Engine(visit);
     if (ofTerms || field_ == kTerm) {
         found_.alternate = Start(pages);
     } else {
-        found_.alternate = field_ == kTermAndStart || field_ == kReferrer ? "" : visits::Visit_STLabel(visit);
+        found_.alternate = field_ == kTermAndStart || field_ == kReferrer ? nullptr : Term(visit);
     }
     ListValues(visit, pages);
     return found_;
@@ -29,14 +70,14 @@ const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit
 void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pages) {
     switch (field_) {
         case kTerm:
-            found_.values.push_back(visits::Visit_STLabel(visit));
+            found_.values.push_back(Term(visit));
             break;
         case kStartPage:
             found_.values.push_back(Start(pages));
             break;
         case kTermAndStart:
-            room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages));
-            found_.values.push_back(room_);
+            room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages)->text);
+            AddMade(room_);
             break;
         case kExitPage:
             ExitPage(pages);
@@ -52,10 +93,10 @@ void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pa
             break;
         case kReferrer:
             room_ = visits::Visit_RefrLabel(visit, referrers_);
-            found_.values.push_back(room_);
+            AddMade(room_);
             break;
         case kEngine:
-            found_.values.push_back(visits::Visit_SELabel(visit));
+            found_.values.push_back(Engine(visit));
             break;
         default:
             Words(visit);
@@ -68,7 +109,7 @@ void FieldValues::ExitPage(VisitPageList& pages) {
         found_.values.push_back(Start(pages));
         return;
     }
-    found_.values.push_back(shown_.Name(pages.names.back()));
+    found_.values.push_back(Name(pages.names.back()));
     pages.names.pop_back();
     const auto start = static_cast<std::uint32_t>(pages.start);
     if (std::ranges::find(pages.names, start) == pages.names.end()) pages.names.push_back(start);
@@ -76,17 +117,17 @@ void FieldValues::ExitPage(VisitPageList& pages) {
 
 void FieldValues::Track(const VisitPageList& pages) {
     room_.clear();
-    if (pages.start != VisitPageList::kNoStart) room_.append(Start(pages)).append(kTrackBreak);
+    if (pages.start != VisitPageList::kNoStart) room_.append(Start(pages)->text).append(kTrackBreak);
     for (const std::uint32_t name : pages.names) room_.append(shown_.Name(name)).append(kTrackBreak);
-    found_.values.push_back(room_.empty() ? kOnlySkipped : std::string_view(room_));
+    AddMade(room_.empty() ? kOnlySkipped : std::string_view(room_));
 }
 
 void FieldValues::Pages(const VisitPageList& pages) {
     if (pages.start == VisitPageList::kNoStart) return;
     const auto start = static_cast<std::uint32_t>(pages.start);
-    found_.values.push_back(shown_.Name(start));
+    found_.values.push_back(Name(start));
     for (const std::uint32_t name : pages.names)
-        if (name != start) found_.values.push_back(shown_.Name(name));
+        if (name != start) found_.values.push_back(Name(name));
 }
 
 void FieldValues::Dirs(const VisitPageList& pages) {
@@ -94,17 +135,24 @@ void FieldValues::Dirs(const VisitPageList& pages) {
     seen_.Clear();
     const auto add = [&](std::uint32_t name) {
         const std::uint32_t dir = shown_.DirOf(name);
-        if (seen_.Insert(dir)) found_.values.push_back(shown_.Dir(dir));
+        if (!seen_.Insert(dir)) return;
+        KnownText* const known = EntryOf(dirs_, dir);
+        known->text = shown_.Dir(dir);
+        found_.values.push_back(known);
     };
     add(static_cast<std::uint32_t>(pages.start));
     std::ranges::for_each(pages.names, add);
 }
 
 void FieldValues::Words(const sitedb::AnalysisRow& visit) {
-    if (visit.StzdSearchTerm.empty() || visit.StzdSearchTerm == names::kNotSearchEngine) return;
-    const std::vector<std::string>* cut = cuts_.Find(visit.StzdSearchTerm);
-    if (cut == nullptr) cut = &cuts_.Put(visit.StzdSearchTerm, pCutTerm(visit.StzdSearchTerm, field_));
-    found_.values.assign(cut->begin(), cut->end());
+    TermNote* const note = found_.term;
+    if (note == nullptr || visit.StzdSearchTerm == names::kNotSearchEngine) return;
+    if (!note->isCut) {
+        note->isCut = true;
+        note->cut = pCutTerm(visit.StzdSearchTerm, field_);
+        for (const std::string& value : note->cut) note->values.push_back({value});
+    }
+    for (KnownText& value : note->values) found_.values.push_back(&value);
 }
 
 }  // namespace analysis

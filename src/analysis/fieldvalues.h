@@ -1,14 +1,13 @@
 #pragma once
 
-#include <optional>
-#include <span>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "analysis/shownpages.h"
+#include "analysis/termnotes.h"
 #include "analysis/visitreader.h"
-#include "logdefs/memo.h"
 #include "sitedb/analysisrows.h"
 
 namespace analysis {
@@ -17,19 +16,28 @@ inline constexpr std::string_view kNoPages = "No pages requested of selected typ
 inline constexpr std::string_view kOnlySkipped = "Only Skipped File Types";
 inline constexpr std::string_view kTrackBreak = "\r\n";
 
-// What a visit contributes to the field of a run. Views live until the next visit.
+// What a visit contributes to the field of a run. All of it lives until the next visit; numbers that are put into the
+// texts are remembered where that pays. A text is in one place only for the whole run: value, alternate or
+// distribution.
 struct VisitValues {
-    std::vector<std::string_view> values{};
-    std::string_view alternate{};  // "" when the field has none
-    std::string_view firstDistribution{};
+    std::vector<KnownText*> values{};
+    KnownText* alternate = nullptr;  // none: the field has none
+    KnownText* firstDistribution = nullptr;
+    TermNote* term = nullptr;  // none: no term, or notes were not asked for
 };
 
 class FieldValues {
 public:
-    // `referrers` only for the field of referrers, and only with extra data.
-    FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers)
-        : field_(field), shown_(shown), referrers_(referrers) {}
+    // `referrers` only for the field of referrers, and only with extra data. `notes`: terms are looked at for more than
+    // the field.
+    FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, bool notes);
+    FieldValues(const FieldValues&) = delete;
+    FieldValues& operator=(const FieldValues&) = delete;
 
+    // Fetches what the values of the visit soon will need.
+    void Expect(const sitedb::AnalysisRow& visit) const {
+        if (notesWanted_) notes_.Expect(visit.StzdSearchTerm);
+    }
     // Of an exit page also puts what led to it into the list of further names.
     const VisitValues& pValuesForField(const sitedb::AnalysisRow& visit, VisitPageList& pages);
 
@@ -40,15 +48,23 @@ private:
     void Dirs(const VisitPageList& pages);
     void Words(const sitedb::AnalysisRow& visit);
     void ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pages);
-    std::string_view Start(const VisitPageList& pages) const;
+    KnownText* Term(const sitedb::AnalysisRow& visit);
+    KnownText* Engine(const sitedb::AnalysisRow& visit);
+    KnownText* Name(std::uint32_t name);
+    KnownText* Start(const VisitPageList& pages);
+    void AddMade(std::string_view text);
 
     int field_;
     ShownPages& shown_;
     sitedb::VisitReferrers* referrers_;
+    bool notesWanted_;
     VisitValues found_{};
     std::string room_{};
     IdSet seen_{};
-    logdefs::BoundedMemo<std::vector<std::string>> cuts_{1U << 16U};
+    TermNotes notes_{};
+    std::deque<KnownText> names_{}, dirs_{};  // by number of the shown name, of its folder
+    KnownText noPages_{kNoPages}, noTerm_;
+    KnownText term_{}, engine_{}, made_{};  // of the visit at hand: not remembered
 };
 
 }  // namespace analysis

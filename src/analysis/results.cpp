@@ -34,9 +34,14 @@ std::int32_t ResultTable::Result_Add(std::int32_t day, std::string_view value, c
     return row;
 }
 
-std::uint32_t CountedTexts::Add(std::string_view value) {
+std::uint32_t CountedTexts::NumberOf(std::string_view value) {
     const std::uint32_t id = STs.FindOrAdd(value);
     if (id >= Visitors.size()) Visitors.resize(id + 1);
+    return id;
+}
+
+std::uint32_t CountedTexts::Add(std::string_view value) {
+    const std::uint32_t id = NumberOf(value);
     ++Visitors[id];
     return id;
 }

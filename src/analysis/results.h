@@ -53,6 +53,8 @@ private:
 struct CountedTexts {
     TextTable STs{};
     std::vector<std::int32_t> Visitors{};
+    // The value's number; one that was not seen yet comes in with a count of 0.
+    std::uint32_t NumberOf(std::string_view value);
     std::uint32_t Add(std::string_view value);
 };
 

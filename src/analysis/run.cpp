@@ -77,6 +77,11 @@ void ForEachWord(std::string_view term, std::string& room, See see) {
     if (!room.empty()) see(room);
 }
 
+void AddTo(CrossTable& table, KnownText& value, std::uint32_t mainRow, std::int32_t count) {
+    const std::uint32_t number = value.Number([&table](std::string_view text) { return table.second.NumberOf(text); });
+    table.Cross_AddKnown(mainRow, number, count);
+}
+
 class Run {
 public:
     Run(core::Env& env, sitedb::Site& site, const AnalysisRequest& request)
@@ -93,9 +98,9 @@ private:
     void Analyse_Prepare();
     void ReadVisits();
     void Visit(const sitedb::AnalysisRow& visit);
-    void AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages);
-    void AddFurther(std::uint32_t mainRow, std::uint32_t name, std::int32_t count);
-    void AddWords(std::string_view term);
+    void AddValue(KnownText& value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages);
+    void AddFurther(std::uint32_t mainRow, const VisitPageList& pages, std::int32_t count);
+    void AddWords(std::string_view term, TermNote& note);
     void Release(dialogs::Report& report);
 
     core::Env& env_;
@@ -111,6 +116,7 @@ private:
     std::int32_t day_ = -1;  // of the visit at hand
     std::string word_{};
     std::vector<std::uint32_t> further_{};  // numbers in the click-through by name, so that no text is looked up again
+    std::vector<std::uint32_t> clickThru_{};  // of the further names of the visit at hand; empty until it adds a value
 };
 
 void Run::Execute(AnalysisOutcome& outcome) {
@@ -166,7 +172,9 @@ void Run::ReadVisits() {
     const OptionRecord& options = results_->options;
     matches_.emplace(site_.Pages());
     pass_.emplace(env_, site_, *results_, request_.siteArea,
-                  VisitPass::Wants{.names = options.ShowClickThru, .bytes = !results_->Targets.empty()});
+                  VisitPass::Wants{.names = options.ShowClickThru,
+                                   .bytes = !results_->Targets.empty(),
+                                   .notes = options.ShowDist1 || options.ShowDist2 || request_.WordListsOn});
 
     const DaysList& days = results_->days;
     const std::string label =
@@ -195,6 +203,7 @@ void Run::Release(dialogs::Report& report) {
 
 void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (!pass_->Counts(visit)) return;
+    pass_->Expect(visit);
     if (request_.field == kTerm) hash_->Expect(visits::Visit_STLabel(visit));
     VisitPageList* const touched = pass_->Pages(visit);
     if (touched == nullptr) return;
@@ -206,37 +215,45 @@ void Run::Visit(const sitedb::AnalysisRow& visit) {
     for (std::size_t t = 0; t < results_->Targets.size(); ++t)
         counts.targets[t] = Tgt_Met(results_->Targets[t], pages.pageIds, pages.bytes, *matches_) ? 1 : 0;
     const VisitValues& found = pass_->Values(visit, pages);
-    for (const std::string_view value : found.values) AddValue(value, counts, found, pages);
-    if (request_.WordListsOn) AddWords(visit.StzdSearchTerm);
+    clickThru_.clear();
+    for (KnownText* const value : found.values) AddValue(*value, counts, found, pages);
+    if (request_.WordListsOn && found.term != nullptr) AddWords(visit.StzdSearchTerm, *found.term);
 }
 
-void Run::AddValue(std::string_view value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages) {
+void Run::AddValue(KnownText& value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages) {
     const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
     if (!kept.keep) return;
     // Only visitors are credited with the sightings before; what the visits did on the site is counted from here on.
     counts.visitors = kept.count;
-    const std::int32_t row = results_->table.Result_Add(day_, value, counts, results_->Targets.size(), kept.row);
+    const std::int32_t row = results_->table.Result_Add(day_, value.text, counts, results_->Targets.size(), kept.row);
     if (kept.row < 0) hash_->SetRow(kept.id, row);
     const auto mainRow = static_cast<std::uint32_t>(row);
     const OptionRecord& options = results_->options;
-    if (options.ShowDist1) results_->DistSE.Cross_Add(mainRow, found.firstDistribution, kept.count);
-    if (options.ShowDist2 && !found.alternate.empty())
-        results_->DistAlternate.Cross_Add(mainRow, found.alternate, kept.count);
-    if (!options.ShowClickThru) return;
-    for (const std::uint32_t name : pages.names) AddFurther(mainRow, name, kept.count);
+    if (options.ShowDist1) AddTo(results_->DistSE, *found.firstDistribution, mainRow, kept.count);
+    if (options.ShowDist2 && found.alternate != nullptr && !found.alternate->text.empty())
+        AddTo(results_->DistAlternate, *found.alternate, mainRow, kept.count);
+    if (options.ShowClickThru) AddFurther(mainRow, pages, kept.count);
 }
 
-void Run::AddFurther(std::uint32_t mainRow, std::uint32_t name, std::int32_t count) {
-    constexpr std::uint32_t kNew = 0xffffffff;
-    if (name >= further_.size()) further_.resize(name + 1, kNew);
-    if (further_[name] == kNew)
-        further_[name] = results_->DistClickThru.Cross_Add(mainRow, pass_->Name(name), count);
-    else
-        results_->DistClickThru.Cross_AddKnown(mainRow, further_[name], count);
+void Run::AddFurther(std::uint32_t mainRow, const VisitPageList& pages, std::int32_t count) {
+    if (clickThru_.empty()) {
+        for (const std::uint32_t name : pages.names) {
+            if (name >= further_.size()) further_.resize(name + 1, KnownText::kNew);
+            if (further_[name] == KnownText::kNew)
+                further_[name] = results_->DistClickThru.second.NumberOf(pass_->Name(name));
+            clickThru_.push_back(further_[name]);
+        }
+    }
+    for (const std::uint32_t number : clickThru_) results_->DistClickThru.Cross_AddKnown(mainRow, number, count);
 }
 
-void Run::AddWords(std::string_view term) {
-    ForEachWord(term, word_, [this](const std::string& word) { results_->words.Add(word); });
+void Run::AddWords(std::string_view term, TermNote& note) {
+    CountedTexts& words = results_->words;
+    if (!note.isSplit) {
+        note.isSplit = true;
+        ForEachWord(term, word_, [&](const std::string& word) { note.words.push_back(words.NumberOf(word)); });
+    }
+    for (const std::uint32_t word : note.words) ++words.Visitors[word];
 }
 
 }  // namespace

@@ -6,55 +6,68 @@
 namespace analysis {
 namespace {
 
-constexpr std::size_t kFirstSlots = 256;
+constexpr std::size_t kFirstSlots = 4;
 
-std::uint64_t Mix(std::uint64_t key) {
-    key ^= key >> 32U;
-    key *= 0x9e3779b97f4a7c15U;
-    return key ^ (key >> 29U);
+using Cells = std::vector<SparseTable::Cell>;
+
+// Counting sort: puts the cells in order of one of their numbers, those of equal number as they stood. Gives where the
+// cells of each number begin.
+std::vector<std::size_t> OrderBy(std::uint32_t SparseTable::Cell::*number, const Cells& from, Cells& to) {
+    std::uint32_t highest = 0;
+    for (const SparseTable::Cell& cell : from) highest = std::max(highest, cell.*number);
+    std::vector<std::size_t> starts(std::size_t{highest} + 2);
+    for (const SparseTable::Cell& cell : from) ++starts[std::size_t{cell.*number} + 1];
+    for (std::size_t i = 1; i < starts.size(); ++i) starts[i] += starts[i - 1];
+    std::vector<std::size_t> next = starts;
+    to.resize(from.size());
+    for (const SparseTable::Cell& cell : from) to[next[cell.*number]++] = cell;
+    return starts;
 }
 
 }  // namespace
 
-std::size_t SparseTable::SlotOf(std::uint64_t key) const {
-    std::size_t at = Mix(key) & (slots_.size() - 1);
-    while (slots_[at].key != kFree && slots_[at].key != key) at = (at + 1) & (slots_.size() - 1);
-    return at;
+SparseTable::Slot& SparseTable::SlotOf(Row& row, std::uint32_t column) {
+    std::uint32_t at = Home(column, row.mask);
+    while (row.places[at].column != kFree && row.places[at].column != column) at = (at + 1) & row.mask;
+    return row.places[at];
 }
 
-void SparseTable::Sparse_Add(std::int32_t amount, std::uint32_t row, std::uint32_t column) {
-    if (used_ * 3 >= slots_.size() * 2) Grow();
-    const std::uint64_t key = (std::uint64_t{row} << 32U) | column;
-    Slot& slot = slots_[SlotOf(key)];
-    if (slot.key == kFree) {
-        slot.key = key;
-        ++used_;
-    }
-    slot.count += amount;
-}
-
-void SparseTable::Grow() {
-    const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(std::max(kFirstSlots, slots_.size() * 2)));
+void SparseTable::Grow(Row& row) {
+    const std::size_t size = std::max(kFirstSlots, row.places.size() * 2);
+    const std::vector<Slot> old = std::exchange(row.places, std::vector<Slot>(size));
+    row.mask = static_cast<std::uint32_t>(size - 1);
     for (const Slot& slot : old)
-        if (slot.key != kFree) slots_[SlotOf(slot.key)] = slot;
+        if (slot.column != kFree) SlotOf(row, slot.column) = slot;
+}
+
+void SparseTable::Settle() {
+    for (const Cell& cell : std::span(waiting_).first(waits_)) {
+        Row& row = rows_[cell.row];
+        if (row.used * std::size_t{4} >= row.places.size() * 3) Grow(row);
+        Slot& slot = SlotOf(row, cell.column);
+        if (slot.column == kFree) {
+            slot.column = cell.column;
+            ++row.used;
+        }
+        slot.count += cell.count;
+    }
+    waits_ = 0;
 }
 
 void SparseTable::Finish() {
-    cells_.clear();
-    cells_.reserve(used_);
-    for (const Slot& slot : slots_)
-        if (slot.key != kFree)
-            cells_.push_back(
-                {static_cast<std::uint32_t>(slot.key >> 32U), static_cast<std::uint32_t>(slot.key), slot.count});
-    std::ranges::sort(
-        cells_, [](const Cell& a, const Cell& b) { return a.row != b.row ? a.row < b.row : a.column < b.column; });
-    std::vector<Slot>().swap(slots_);
-    used_ = 0;
-}
-
-std::span<const SparseTable::Cell> SparseTable::OfRow(std::uint32_t row) const {
-    const auto range = std::ranges::equal_range(cells_, row, {}, &Cell::row);
-    return {range.begin(), range.end()};
+    Settle();
+    if (rows_.empty()) return;
+    Cells cells, byColumn;
+    std::size_t used = 0;
+    for (const Row& row : rows_) used += row.used;
+    cells.reserve(used);
+    for (std::uint32_t row = 0; row < rows_.size(); ++row)
+        for (const Slot& slot : std::exchange(rows_[row].places, {}))
+            if (slot.column != kFree) cells.push_back({row, slot.column, slot.count});
+    std::vector<Row>().swap(rows_);
+    OrderBy(&Cell::column, cells, byColumn);
+    cells_ = std::move(cells);
+    starts_ = OrderBy(&Cell::row, byColumn, cells_);
 }
 
 void DaySeries::Add(std::uint32_t row, std::int32_t day, const DayCounts& counts, bool withTargets) {
@@ -70,14 +83,6 @@ void DaySeries::Add(std::uint32_t row, std::int32_t day, const DayCounts& counts
     cells_[at].stayed += counts.stayed;
     if (!withTargets) return;
     for (std::size_t t = 0; t < kMaxTargets; ++t) targets_[at].counts[t] += counts.targets[t];
-}
-
-void DaySeries::ForEach(std::uint32_t row, const std::function<void(std::int32_t, const DayCounts&)>& see) const {
-    for (std::uint32_t at = row < last_.size() ? last_[row] : kNone; at != kNone; at = cells_[at].before) {
-        DayCounts counts{cells_[at].visitors, cells_[at].stayed, {}};
-        if (!targets_.empty()) std::ranges::copy(targets_[at].counts, counts.targets);
-        see(cells_[at].day, counts);
-    }
 }
 
 }  // namespace analysis

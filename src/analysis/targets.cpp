@@ -81,14 +81,19 @@ bool Tgt_WriteSection(core::IniStore& ini, std::string_view section, const Targe
            ini.IniPutWhole(section, "FltrLst", core::CDSOf(names), file);
 }
 
+std::vector<signed char>& PageMatches::KnownOf(const logdefs::FltrRule& filter) {
+    if (last_ < filters_.size() && filters_[last_].filter == &filter) return filters_[last_].known;
+    last_ = static_cast<std::size_t>(std::ranges::find(filters_, &filter, &OfFilter::filter) - filters_.begin());
+    if (last_ == filters_.size())
+        filters_.push_back({&filter, std::vector<signed char>(static_cast<std::size_t>(pages_.UpperBound()) + 1, -1)});
+    return filters_[last_].known;
+}
+
 bool PageMatches::Test(const logdefs::FltrRule& filter, std::int32_t pageId) {
     if (pageId < 0 || pageId > pages_.UpperBound()) return logdefs::FltrRuleTest({}, filter);
-    if (last_ != &filter) ofLast_ = &known_[last_ = &filter];
-    std::vector<signed char>& known = *ofLast_;
-    const auto at = static_cast<std::size_t>(pageId);
-    if (known.empty()) known.resize(static_cast<std::size_t>(pages_.UpperBound()) + 1, -1);
-    if (known[at] < 0) known[at] = logdefs::FltrRuleTest(pages_.Page_Name(pageId), filter) ? 1 : 0;
-    return known[at] == 1;
+    signed char& known = KnownOf(filter)[static_cast<std::size_t>(pageId)];
+    if (known < 0) known = logdefs::FltrRuleTest(pages_.Page_Name(pageId), filter) ? 1 : 0;
+    return known == 1;
 }
 
 bool Tgt_Met(const Target& target, std::span<const std::int32_t> pages, std::span<const double> bytes,

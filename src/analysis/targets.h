@@ -4,7 +4,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "logdefs/rule.h"
@@ -43,10 +42,15 @@ public:
     bool Test(const logdefs::FltrRule& filter, std::int32_t pageId);
 
 private:
+    struct OfFilter {
+        const logdefs::FltrRule* filter = nullptr;
+        std::vector<signed char> known{};  // by PageID: -1 unknown, 0 no, 1 yes
+    };
+    std::vector<signed char>& KnownOf(const logdefs::FltrRule& filter);
+
     const sitedb::PageList& pages_;
-    std::unordered_map<const logdefs::FltrRule*, std::vector<signed char>> known_{};
-    const logdefs::FltrRule* last_ = nullptr;  // asked for one page after the other
-    std::vector<signed char>* ofLast_ = nullptr;
+    std::vector<OfFilter> filters_{};  // a run has few
+    std::size_t last_ = 0;             // asked for one page after the other
 };
 
 // `bytes` goes along with `pages`; what is missing counts 0.

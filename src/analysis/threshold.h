@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/termnotes.h"
 #include "analysis/texttable.h"
 
 namespace analysis {
@@ -20,8 +21,8 @@ public:
         std::int32_t row = -1;  // -1: it has none yet; tell the new one by SetRow
         std::uint32_t id = 0;
     };
-    Kept Hash_Keep(std::string_view value) {
-        const std::uint32_t id = values_.FindOrAdd(value);
+    Kept Hash_Keep(KnownText& value) {
+        const std::uint32_t id = value.Number([this](std::string_view text) { return values_.FindOrAdd(text); });
         if (id == states_.size()) states_.push_back(0);
         std::int32_t& state = states_[id];
         if (state < 0) return {true, 1, -state, id};

@@ -29,6 +29,7 @@ public:
     struct Wants {
         bool names = false;  // further names, also where the field has no need of them
         bool bytes = false;
+        bool notes = false;  // of terms, also where the field has no need of them
     };
     // `results` holds the options of the run. An area limits the pass to visits that touched it.
     VisitPass(core::Env& env, sitedb::Site& site, const SrchTrmData& results, const std::optional<std::string>& area,
@@ -40,6 +41,8 @@ public:
 
     // Told before its pages are looked at.
     bool Counts(const sitedb::AnalysisRow& visit) const { return notSearch_ || !visit.StzdSearchTerm.empty(); }
+    // Fetches what Values of the visit soon will need.
+    void Expect(const sitedb::AnalysisRow& visit) const { values_.Expect(visit); }
     // nullptr: outside the area. The list stands until the next call.
     VisitPageList* Pages(const sitedb::AnalysisRow& visit) {
         VisitPageList& pages = reader_.Visit_Pages(visit);

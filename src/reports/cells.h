@@ -7,6 +7,9 @@
 
 namespace reports {
 
+// As core::fFormat. The usual formats, "0", "0.0" and "0.00", also with groups of thousands, are written without
+// reading the format each time.
+std::string NumberCell(double value, std::string_view format);
 // Part of a base in percent, in a number format: "12 %". "na" for a zero base.
 std::string PercentText(double part, double base, std::string_view format);
 // Columns 0 to 4.

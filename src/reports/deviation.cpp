@@ -6,6 +6,7 @@
 #include "core/dates.h"
 #include "core/inistore.h"
 #include "core/numbers.h"
+#include "reports/cells.h"
 
 namespace reports {
 namespace {
@@ -123,13 +124,13 @@ Deviation::ColumnFacts Deviation::FactsOf(int column) const {
 }
 
 std::string Deviation::PerDay(double value, const std::string& none) const {
-    return value == 0 ? none : core::fFormat(value, settings_.DevFmtVD);
+    return value == 0 ? none : NumberCell(value, settings_.DevFmtVD);
 }
 
 std::string Deviation::Percent(double x, double y) const {
     if (y == 0 && x > 0) return settings_.DevTxtFrom0Pct;
     if (y == 0) return settings_.DevTxtNonePct.empty() ? "" : settings_.DevTxtNonePct + " %";
-    const std::string text = core::fFormat((x - y) * 100 / y, settings_.DevFmtPct);
+    const std::string text = NumberCell((x - y) * 100 / y, settings_.DevFmtPct);
     if (text.empty()) return text;
     // A fall that rounds to nothing keeps its sign, as a rise does.
     const std::string_view sign = x > y ? "+" : x < y && !text.starts_with('-') ? "-" : "";

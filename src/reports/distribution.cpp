@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/numbers.h"
+#include "reports/cells.h"
 
 namespace reports {
 namespace {
@@ -10,18 +10,30 @@ namespace {
 constexpr std::string_view kBreak = "\r\n";
 
 std::string Share(double count, double visitors) {
-    return visitors == 0 ? "na" : core::fFormat(count / visitors * 100, "0") + "%";
+    return visitors == 0 ? "na" : NumberCell(count / visitors * 100, "0") + "%";
+}
+
+// The text is full after a few labels of many: they are put in order as they are needed, each time as many again.
+constexpr std::size_t kSortFirst = 32;
+
+// Gives how many are in order.
+std::size_t SortMore(std::vector<LabelCount>& pairs, std::size_t sorted) {
+    const auto place = [&pairs](std::size_t at) { return pairs.begin() + static_cast<std::ptrdiff_t>(at); };
+    const std::size_t next = std::min(pairs.size(), std::max(kSortFirst, sorted * 2));
+    std::ranges::partial_sort(place(sorted), place(next), pairs.end(), [](const LabelCount& a, const LabelCount& b) {
+        return a.count != b.count ? a.count > b.count : a.label > b.label;
+    });
+    return next;
 }
 
 }  // namespace
 
 std::string DistributionText(const analysis::CrossTable& table, std::vector<LabelCount> pairs, double visitors,
                              std::size_t limit) {
-    std::ranges::sort(pairs, [](const LabelCount& a, const LabelCount& b) {
-        return a.count != b.count ? a.count > b.count : a.label > b.label;
-    });
     std::string text;
+    std::size_t sorted = 0;
     for (std::size_t i = 0; i < pairs.size(); ++i) {
+        if (i == sorted) sorted = SortMore(pairs, sorted);
         text.append(table.second.STs.Text(pairs[i].label)).append(" ").append(std::to_string(pairs[i].count));
         text.append(" [").append(Share(static_cast<double>(pairs[i].count), visitors)).append("]").append(kBreak);
         if (text.size() <= limit) continue;
@@ -32,8 +44,10 @@ std::string DistributionText(const analysis::CrossTable& table, std::vector<Labe
 }
 
 std::vector<LabelCount> PairsOfRow(const analysis::CrossTable& table, std::uint32_t row) {
+    const std::span<const analysis::SparseTable::Cell> cells = table.cross.OfRow(row);
     std::vector<LabelCount> pairs;
-    for (const analysis::SparseTable::Cell& cell : table.cross.OfRow(row)) pairs.push_back({cell.column, cell.count});
+    pairs.reserve(cells.size());
+    for (const analysis::SparseTable::Cell& cell : cells) pairs.push_back({cell.column, cell.count});
     return pairs;
 }
 

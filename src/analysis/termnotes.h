@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/texttable.h"
+
+namespace analysis {
+
+// A text that visits add to, with the number that the run's tables gave it: whoever holds on to it looks the text up
+// once for many visits.
+struct KnownText {
+    static constexpr std::uint32_t kNew = 0xffffffff;
+
+    std::string_view text{};
+    std::uint32_t number = kNew;
+
+    // `look` finds the number of a text.
+    template <typename Look>
+    std::uint32_t Number(Look look) {
+        if (number == kNew) number = look(text);
+        return number;
+    }
+};
+
+// What a run remembers of a search term.
+struct TermNote {
+    KnownText label{};  // the text is that of the visit at hand
+    bool isCut = false;
+    std::vector<std::string> cut{};   // what a word field lists of it
+    std::vector<KnownText> values{};  // the same, of these texts
+    bool isSplit = false;
+    std::vector<std::uint32_t> words{};  // numbers in the list of words
+};
+
+// Notes of terms. Their memory is bounded: when full they start anew, so ever new terms cost no more than without them.
+class TermNotes {
+public:
+    // Fetches what Of soon will need.
+    void Expect(std::string_view term) const { terms_.Expect(term); }
+    // The note stands until the next call.
+    TermNote& Of(std::string_view term);
+
+private:
+    static constexpr std::size_t kMost = 1U << 16U;
+    static constexpr std::size_t kMostBytes = 8U << 20U;
+
+    TextTable terms_{};
+    std::deque<TermNote> notes_{};  // by number of the term
+    std::size_t bytes_ = 0;
+};
+
+}  // namespace analysis
