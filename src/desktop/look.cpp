@@ -19,6 +19,8 @@ constexpr double kTwipsPerPixel = 15;
 constexpr double kFontHeight = 16;    // pixels of the font that specs are made for
 constexpr double kFontPoints = 8.25;  // and its size as specs give it
 constexpr double kLeastContrast = 3;
+constexpr double kLeastHint = 2;
+constexpr int kHintAlpha = 150;
 
 double Scale(const QWidget& widget) { return widget.fontMetrics().height() / kFontHeight / kTwipsPerPixel; }
 
@@ -78,6 +80,18 @@ void SetColors(QWidget& widget, std::optional<int> back, std::optional<int> fore
                     : palette.color(QPalette::WindowText);
     for (const auto role : {QPalette::WindowText, QPalette::Text}) palette.setColor(role, text);
     if (back || fore) widget.setPalette(palette);
+}
+
+QPalette WithReadableHints(QPalette palette) {
+    const QColor ground = palette.color(QPalette::Base), hint = palette.color(QPalette::PlaceholderText);
+    const auto over = [&](int top, int below) { return below + (top - below) * hint.alpha() / 255; };
+    const QColor seen(over(hint.red(), ground.red()), over(hint.green(), ground.green()),
+                      over(hint.blue(), ground.blue()));
+    if (Contrast(seen, ground) >= kLeastHint) return palette;
+    QColor paler = palette.color(QPalette::Text);
+    paler.setAlpha(kHintAlpha);
+    palette.setColor(QPalette::PlaceholderText, paler);
+    return palette;
 }
 
 QIcon IconOf(dialogs::Icon icon, const QWidget& widget) {

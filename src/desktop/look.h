@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QIcon>
+#include <QPalette>
 #include <QSize>
 #include <QWidget>
 #include <optional>
@@ -29,6 +30,9 @@ void SetColors(QWidget& widget, std::optional<int> back, std::optional<int> fore
 // As the eye takes it, 0 black to 1 white, and how well one colour reads on another, 1 to 21 (after WCAG 2).
 double Luminance(const QColor& color);
 double Contrast(const QColor& a, const QColor& b);
+
+// Some themes have no colour for hints in empty boxes that reads on their own ground; it then becomes a paler text.
+QPalette WithReadableHints(QPalette palette);
 
 QIcon IconOf(dialogs::Icon icon, const QWidget& widget);
 int IconPixels(const QWidget& widget);

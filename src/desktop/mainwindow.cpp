@@ -124,6 +124,7 @@ void MainWindow::OpenReport(std::unique_ptr<reports::ReportModel> report) {
     pages_->setCurrentWidget(area_);
     frame->showMaximized();
     area_->setActiveSubWindow(frame);
+    PutTabTitles();
     window->setFocus(Qt::OtherFocusReason);
 }
 
@@ -181,6 +182,15 @@ void MainWindow::OptionsChanged() {
         bar->setElideMode(Qt::ElideRight);
     }
     for (QMdiSubWindow* frame : area_->subWindowList()) frame->showMaximized();
+    PutTabTitles();
+}
+
+// A tab would take "&" of a title as the mark of its hot key.
+void MainWindow::PutTabTitles() {
+    auto* bar = area_->findChild<QTabBar*>();
+    const QList<QMdiSubWindow*> windows = area_->subWindowList();
+    if (bar == nullptr || bar->count() != windows.size()) return;
+    for (int tab = 0; tab < bar->count(); ++tab) bar->setTabText(tab, WithoutMarks(windows[tab]->windowTitle()));
 }
 
 void MainWindow::Quit() { ending_ = true; }

@@ -61,6 +61,7 @@ private:
     void Chosen(std::string_view control);
     void Done();  // an action has ended
     QMdiSubWindow* InFront() const;
+    void PutTabTitles();
     void ShowStartOrWindows();
     QString SiteFacts();
     void RestorePlace();

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QTabBar>
 #include <QTextBrowser>
 #include <QUrl>
 
@@ -137,6 +138,7 @@ TEST_F(MainWindowTest, TheReportInFrontIsFoundAndAllGoWithTheSite) {
     const auto open = [&](MainWindow& window, const char* value) {
         auto results = std::make_unique<analysis::SrchTrmData>();
         results->Analyzed_Field = analysis::kTerm;
+        results->siteName = "a & b";
         results->days = {46000, 3};
         results->table.Result_Add(0, value, {}, 0, -1);
         window.OpenReport(std::make_unique<reports::ReportModel>(env, analyses.Analysis_New(std::move(results)),
@@ -146,6 +148,9 @@ TEST_F(MainWindowTest, TheReportInFrontIsFoundAndAllGoWithTheSite) {
              EXPECT_EQ(window.ActiveReport(), nullptr);
              open(window, "one");
              open(window, "two");
+             const auto* bar = window.findChild<QMdiArea*>()->findChild<QTabBar*>();
+             ASSERT_NE(bar, nullptr);
+             EXPECT_TRUE(bar->tabText(1).startsWith(QLatin1String("All Search Terms. Site: a && b. // ")));
          },
          [](MainWindow& window) {
              ASSERT_NE(window.ActiveReport(), nullptr);

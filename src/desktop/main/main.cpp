@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "desktop/application.h"
+#include "desktop/look.h"
 
 namespace {
 
@@ -56,6 +57,7 @@ int Fail(const std::string& text, int status) {
 }
 
 void SetUp(const std::string& shared) {
+    QApplication::setPalette(desktop::WithReadableHints(QApplication::palette()));
     QCoreApplication::setApplicationName(QStringLiteral("corvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     QIcon icon;
