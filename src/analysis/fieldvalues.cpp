@@ -150,7 +150,10 @@ void FieldValues::Words(const sitedb::AnalysisRow& visit) {
     if (!note->isCut) {
         note->isCut = true;
         note->cut = pCutTerm(visit.StzdSearchTerm, field_);
-        for (const std::string& value : note->cut) note->values.push_back({value});
+        for (const std::string& value : note->cut) {
+            note->open.push_back(static_cast<std::uint32_t>(note->values.size()));
+            note->values.push_back({value});
+        }
     }
     for (KnownText& value : note->values) found_.values.push_back(&value);
 }

@@ -7,31 +7,14 @@ namespace analysis {
 
 std::string DaysList::Text(std::int32_t index) const { return core::fDateText(first + index); }
 
-std::int32_t ResultTable::Append(std::string_view value, std::size_t targets) {
-    const std::size_t size = STs.empty() ? 2 : STs.size() + 1;
-    STs.resize(size);
-    STs.back() = value;
-    Visitors.resize(size);
-    Stayed.resize(size);
-    HtmPages.resize(size);
-    for (std::size_t t = 0; t < targets; ++t) TargetCnt[t].resize(size);
-    return UpperBound();
+void DaySeries::Add(std::int32_t day, const DayCounts& counts, bool withTargets) {
+    cells_.Add({day, counts.visitors, counts.stayed});
+    if (withTargets) targets_.push_back(counts.targets);
 }
 
-std::int32_t ResultTable::Result_Add(std::int32_t day, std::string_view value, const VisitCounts& counts,
-                                     std::size_t targets, std::int32_t row) {
-    if (row < 0) row = Append(value, targets);
-    const auto at = static_cast<std::size_t>(row);
-    Visitors[at] += counts.visitors;
-    Stayed[at] += counts.stayed;
-    HtmPages[at] += counts.pages;
-    DayCounts ofDay{counts.visitors, counts.stayed, {}};
-    for (std::size_t t = 0; t < targets; ++t) {
-        TargetCnt[t][at] += counts.targets[t];
-        ofDay.targets[t] = counts.targets[t];
-    }
-    if (day >= 0) days.Add(static_cast<std::uint32_t>(row), day, ofDay, targets > 0);
-    return row;
+void DaySeries::Shrink() {
+    cells_.Shrink();
+    targets_.shrink_to_fit();
 }
 
 std::uint32_t CountedTexts::NumberOf(std::string_view value) {
@@ -44,17 +27,6 @@ std::uint32_t CountedTexts::Add(std::string_view value) {
     const std::uint32_t id = NumberOf(value);
     ++Visitors[id];
     return id;
-}
-
-std::uint32_t CrossTable::Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count) {
-    const std::uint32_t id = second.Add(value);
-    cross.Sparse_Add(count, mainRow, id);
-    return id;
-}
-
-void CrossTable::Cross_AddKnown(std::uint32_t mainRow, std::uint32_t value, std::int32_t count) {
-    ++second.Visitors[value];
-    cross.Sparse_Add(count, mainRow, value);
 }
 
 std::string GetDataDesc(const SrchTrmData& results) {

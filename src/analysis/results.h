@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/options.h"
@@ -23,11 +26,40 @@ struct DaysList {
     std::string Text(std::int32_t index) const;  // "dd mmm yyyy"
 };
 
-struct VisitCounts {
-    std::int32_t visitors = 1;  // a row's first visit brings those of the threshold along
-    std::int32_t pages = 0;
+// What a row gathers on one day.
+struct DayCounts {
+    std::int32_t visitors = 0;
     std::int32_t stayed = 0;
     std::array<std::int32_t, kMaxTargets> targets{};
+};
+
+// Counts by (row, day), of the days that a row has.
+class DaySeries {
+public:
+    // Row by row.
+    void Add(std::int32_t day, const DayCounts& counts, bool withTargets);
+    void EndRow() { cells_.EndRow(); }
+    void Shrink();
+    // Calls `see` with each day and its counts, in no order.
+    template <typename See>
+    void ForEach(std::uint32_t row, See see) const {
+        const std::span<const Cell> cells = cells_.OfRow(row);
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            DayCounts counts{cells[i].visitors, cells[i].stayed, {}};
+            if (!targets_.empty()) counts.targets = targets_[cells_.StartOf(row) + i];
+            see(cells[i].day, counts);
+        }
+    }
+
+private:
+    struct Cell {
+        std::int32_t day = 0;
+        std::int32_t visitors = 0;
+        std::int32_t stayed = 0;
+    };
+
+    RowLists<Cell> cells_{};
+    std::vector<std::array<std::int32_t, kMaxTargets>> targets_{};  // goes along with the cells; empty without targets
 };
 
 // Parallel arrays by row. Rows count from 1; once there is a row, element 0 exists and stays empty.
@@ -41,12 +73,6 @@ struct ResultTable {
 
     bool IsDim() const { return !STs.empty(); }
     std::int32_t UpperBound() const { return static_cast<std::int32_t>(STs.size()) - 1; }
-    // Row -1 appends one for the value. Day -1: in no series. Gives the row.
-    std::int32_t Result_Add(std::int32_t day, std::string_view value, const VisitCounts& counts, std::size_t targets,
-                            std::int32_t row);
-
-private:
-    std::int32_t Append(std::string_view value, std::size_t targets);
 };
 
 // Values with a count each, numbered from 0 in the order of their first sighting.
@@ -58,14 +84,10 @@ struct CountedTexts {
     std::uint32_t Add(std::string_view value);
 };
 
-// A second axis: its values, and counts by (main row, value).
+// A second axis: its values, numbered in the order of their first sighting, and counts by (main row, value).
 struct CrossTable {
-    CountedTexts second{};
-    SparseTable cross{};
-    // Gives the value's number.
-    std::uint32_t Cross_Add(std::uint32_t mainRow, std::string_view value, std::int32_t count);
-    // The same for a value that was added before.
-    void Cross_AddKnown(std::uint32_t mainRow, std::uint32_t value, std::int32_t count);
+    TextTable second{};
+    RowLists<CrossCell> cells{};
 };
 
 struct SrchTrmData {

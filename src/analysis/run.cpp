@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "analysis/counting.h"
 #include "analysis/fields.h"
 #include "analysis/threshold.h"
 #include "analysis/visitpass.h"
@@ -77,10 +78,12 @@ void ForEachWord(std::string_view term, std::string& room, See see) {
     if (!room.empty()) see(room);
 }
 
-void AddTo(CrossTable& table, KnownText& value, std::uint32_t mainRow, std::int32_t count) {
-    const std::uint32_t number = value.Number([&table](std::string_view text) { return table.second.NumberOf(text); });
-    table.Cross_AddKnown(mainRow, number, count);
-}
+// What a visit adds to each of its values.
+struct VisitFacts {
+    VisitCounts counts{};
+    const VisitValues& found;
+    const VisitPageList& pages;
+};
 
 class Run {
 public:
@@ -98,8 +101,12 @@ private:
     void Analyse_Prepare();
     void ReadVisits();
     void Visit(const sitedb::AnalysisRow& visit);
-    void AddValue(KnownText& value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages);
-    void AddFurther(std::uint32_t mainRow, const VisitPageList& pages, std::int32_t count);
+    void AddValue(KnownText& value, const VisitFacts& facts);
+    void AddTerm(TermNote& note, const VisitFacts& facts);
+    std::uint32_t RowOf(const ThresholdHash::Kept& kept, std::string_view value);
+    void Count(std::uint32_t number, VisitCounts counts, const VisitFacts& facts);
+    void AddTo(Axis axis, KnownText& label, std::uint32_t number, std::int32_t count);
+    void AddFurther(std::uint32_t number, const VisitPageList& pages, std::int32_t count);
     void AddWords(std::string_view term, TermNote& note);
     void Release(dialogs::Report& report);
 
@@ -111,10 +118,16 @@ private:
     sitedb::VisitSpan span_{};
     std::optional<ThresholdHash> hash_{};
     std::optional<DayIndex> dayIndex_{};
-    std::optional<PageMatches> matches_{};
+    std::optional<TargetPages> targets_{};
+    std::optional<Counting> counting_{};
     std::optional<VisitPass> pass_{};
     std::int32_t day_ = -1;  // of the visit at hand
     std::string word_{};
+    struct Credit {
+        std::uint32_t row;
+        std::int32_t visitors;
+    };
+    std::vector<Credit> credits_{};         // rows that came up in the visit at hand, and the sightings before it
     std::vector<std::uint32_t> further_{};  // numbers in the click-through by name, so that no text is looked up again
     std::vector<std::uint32_t> clickThru_{};  // of the further names of the visit at hand; empty until it adds a value
 };
@@ -170,10 +183,11 @@ void Run::Analyse_Prepare() {
 
 void Run::ReadVisits() {
     const OptionRecord& options = results_->options;
-    matches_.emplace(site_.Pages());
+    targets_.emplace(results_->Targets, site_.Pages());
+    counting_.emplace(*results_);
     pass_.emplace(env_, site_, *results_, request_.siteArea,
                   VisitPass::Wants{.names = options.ShowClickThru,
-                                   .bytes = !results_->Targets.empty(),
+                                   .bytes = targets_->NeedsBytes(),
                                    .notes = options.ShowDist1 || options.ShowDist2 || request_.WordListsOn});
 
     const DaysList& days = results_->days;
@@ -195,9 +209,9 @@ void Run::ReadVisits() {
 
 void Run::Release(dialogs::Report& report) {
     report.Step(results_->visits, "Complete. Releasing Memory 1/2");
-    for (CrossTable* table : {&results_->DistSE, &results_->DistAlternate, &results_->DistClickThru})
-        table->cross.Finish();
+    counting_->Finish();
     report.Step(results_->visits, "Complete. Releasing Memory 2/2");
+    counting_.reset();
     hash_.reset();
 }
 
@@ -209,42 +223,82 @@ void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (touched == nullptr) return;
     VisitPageList& pages = *touched;
     day_ = dayIndex_->Of(visit.StartTimeStamp);
-    VisitCounts counts;
-    counts.pages = pages.further;
-    counts.stayed = pages.further > 0 ? 1 : 0;
-    for (std::size_t t = 0; t < results_->Targets.size(); ++t)
-        counts.targets[t] = Tgt_Met(results_->Targets[t], pages.pageIds, pages.bytes, *matches_) ? 1 : 0;
     const VisitValues& found = pass_->Values(visit, pages);
+    VisitFacts facts{.found = found, .pages = pages};
+    facts.counts.pages = pages.further;
+    facts.counts.stayed = pages.further > 0 ? 1 : 0;
+    const TargetBits met = targets_->Tgt_Met(pages.pageIds, pages.bytes);
+    for (std::size_t t = 0; t < kMaxTargets; ++t) facts.counts.targets[t] = static_cast<std::int32_t>(met >> t & 1U);
     clickThru_.clear();
-    for (KnownText* const value : found.values) AddValue(*value, counts, found, pages);
+    if (IsWordField(request_.field)) {
+        if (found.term != nullptr) AddTerm(*found.term, facts);
+    } else {
+        for (KnownText* const value : found.values) AddValue(*value, facts);
+    }
     if (request_.WordListsOn && found.term != nullptr) AddWords(visit.StzdSearchTerm, *found.term);
 }
 
-void Run::AddValue(KnownText& value, VisitCounts counts, const VisitValues& found, const VisitPageList& pages) {
+std::uint32_t Run::RowOf(const ThresholdHash::Kept& kept, std::string_view value) {
+    if (kept.row >= 0) return static_cast<std::uint32_t>(kept.row);
+    const std::uint32_t row = counting_->NewRow(value);
+    hash_->SetRow(kept.id, static_cast<std::int32_t>(row));
+    return row;
+}
+
+void Run::AddValue(KnownText& value, const VisitFacts& facts) {
     const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
     if (!kept.keep) return;
     // Only visitors are credited with the sightings before; what the visits did on the site is counted from here on.
+    VisitCounts counts = facts.counts;
     counts.visitors = kept.count;
-    const std::int32_t row = results_->table.Result_Add(day_, value.text, counts, results_->Targets.size(), kept.row);
-    if (kept.row < 0) hash_->SetRow(kept.id, row);
-    const auto mainRow = static_cast<std::uint32_t>(row);
-    const OptionRecord& options = results_->options;
-    if (options.ShowDist1) AddTo(results_->DistSE, *found.firstDistribution, mainRow, kept.count);
-    if (options.ShowDist2 && found.alternate != nullptr && !found.alternate->text.empty())
-        AddTo(results_->DistAlternate, *found.alternate, mainRow, kept.count);
-    if (options.ShowClickThru) AddFurther(mainRow, pages, kept.count);
+    Count(RowOf(kept, value.text), counts, facts);
 }
 
-void Run::AddFurther(std::uint32_t mainRow, const VisitPageList& pages, std::int32_t count) {
+// The values of a term that have rows always come together, so they are counted as one.
+void Run::AddTerm(TermNote& note, const VisitFacts& facts) {
+    credits_.clear();
+    const std::size_t before = note.rows.size();
+    std::erase_if(note.open, [&](std::uint32_t place) {
+        KnownText& value = note.values[place];
+        const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
+        if (!kept.keep) return false;
+        note.rows.push_back(RowOf(kept, value.text));
+        if (kept.count > 1) credits_.push_back({note.rows.back(), kept.count - 1});
+        return true;
+    });
+    if (note.rows.empty()) return;
+    if (note.rows.size() > before) note.bundle = counting_->NewBundle(note.rows);
+    Count(note.bundle, facts.counts, facts);
+    for (const Credit& credit : credits_)
+        Count(counting_->NewBundle({&credit.row, 1}), {.visitors = credit.visitors}, facts);
+}
+
+void Run::Count(std::uint32_t number, VisitCounts counts, const VisitFacts& facts) {
+    counting_->Result_Add(number, day_, counts);
+    const OptionRecord& options = results_->options;
+    const VisitValues& found = facts.found;
+    if (options.ShowDist1) AddTo(kDistSE, *found.firstDistribution, number, counts.visitors);
+    if (options.ShowDist2 && found.alternate != nullptr && !found.alternate->text.empty())
+        AddTo(kDistAlternate, *found.alternate, number, counts.visitors);
+    if (options.ShowClickThru) AddFurther(number, facts.pages, counts.visitors);
+}
+
+void Run::AddTo(Axis axis, KnownText& label, std::uint32_t number, std::int32_t count) {
+    TextTable& labels = counting_->TableOf(axis).second;
+    const auto look = [&labels](std::string_view text) { return labels.FindOrAdd(text); };
+    counting_->Cross_Add(axis, number, label.Number(look), count);
+}
+
+void Run::AddFurther(std::uint32_t number, const VisitPageList& pages, std::int32_t count) {
     if (clickThru_.empty()) {
+        TextTable& labels = counting_->TableOf(kDistClickThru).second;
         for (const std::uint32_t name : pages.names) {
             if (name >= further_.size()) further_.resize(name + 1, KnownText::kNew);
-            if (further_[name] == KnownText::kNew)
-                further_[name] = results_->DistClickThru.second.NumberOf(pass_->Name(name));
+            if (further_[name] == KnownText::kNew) further_[name] = labels.FindOrAdd(pass_->Name(name));
             clickThru_.push_back(further_[name]);
         }
     }
-    for (const std::uint32_t number : clickThru_) results_->DistClickThru.Cross_AddKnown(mainRow, number, count);
+    for (const std::uint32_t label : clickThru_) counting_->Cross_Add(kDistClickThru, number, label, count);
 }
 
 void Run::AddWords(std::string_view term, TermNote& note) {

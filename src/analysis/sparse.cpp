@@ -1,30 +1,25 @@
 #include "analysis/sparse.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace analysis {
 namespace {
 
-constexpr std::size_t kFirstSlots = 4;
-
-using Cells = std::vector<SparseTable::Cell>;
-
-// Counting sort: puts the cells in order of one of their numbers, those of equal number as they stood. Gives where the
-// cells of each number begin.
-std::vector<std::size_t> OrderBy(std::uint32_t SparseTable::Cell::*number, const Cells& from, Cells& to) {
-    std::uint32_t highest = 0;
-    for (const SparseTable::Cell& cell : from) highest = std::max(highest, cell.*number);
-    std::vector<std::size_t> starts(std::size_t{highest} + 2);
-    for (const SparseTable::Cell& cell : from) ++starts[std::size_t{cell.*number} + 1];
-    for (std::size_t i = 1; i < starts.size(); ++i) starts[i] += starts[i - 1];
-    std::vector<std::size_t> next = starts;
-    to.resize(from.size());
-    for (const SparseTable::Cell& cell : from) to[next[cell.*number]++] = cell;
-    return starts;
-}
+constexpr std::size_t kFirstPlaces = 8;
 
 }  // namespace
+
+RowParts Turned(const RowLists<std::uint32_t>& lists, std::uint32_t numbers) {
+    std::vector<std::size_t> starts(std::size_t{numbers} + 1);
+    for (std::uint32_t row = 0; row < lists.Rows(); ++row)
+        for (const std::uint32_t number : lists.OfRow(row)) ++starts[std::size_t{number} + 1];
+    for (std::size_t i = 1; i < starts.size(); ++i) starts[i] += starts[i - 1];
+    std::vector<std::size_t> next = starts;
+    std::vector<std::uint32_t> rows(starts.back());
+    for (std::uint32_t row = 0; row < lists.Rows(); ++row)
+        for (const std::uint32_t number : lists.OfRow(row)) rows[next[number]++] = row;
+    return {std::move(rows), std::move(starts)};
+}
 
 SparseTable::Slot& SparseTable::SlotOf(Row& row, std::uint32_t column) {
     std::uint32_t at = Home(column, row.mask);
@@ -33,56 +28,83 @@ SparseTable::Slot& SparseTable::SlotOf(Row& row, std::uint32_t column) {
 }
 
 void SparseTable::Grow(Row& row) {
-    const std::size_t size = std::max(kFirstSlots, row.places.size() * 2);
-    const std::vector<Slot> old = std::exchange(row.places, std::vector<Slot>(size));
+    const std::span<const Slot> old = row.All();
+    const std::size_t size = row.places == nullptr ? kFirstPlaces : old.size() * 2;
+    row.places = static_cast<Slot*>(room_->allocate(size * sizeof(Slot), alignof(Slot)));
     row.mask = static_cast<std::uint32_t>(size - 1);
+    std::uninitialized_fill_n(row.places, size, Slot{});
     for (const Slot& slot : old)
         if (slot.column != kFree) SlotOf(row, slot.column) = slot;
 }
 
+SparseTable::Slot& SparseTable::SlotFor(Row& row, std::uint32_t column) {
+    if (row.places == nullptr) {
+        for (Slot& slot : row.few)
+            if (slot.column == column || slot.column == kFree) return slot;
+        Grow(row);
+    } else if (row.used * std::size_t{4} >= (std::size_t{row.mask} + 1) * 3) {
+        Grow(row);
+    }
+    return SlotOf(row, column);
+}
+
 void SparseTable::Settle() {
-    for (const Cell& cell : std::span(waiting_).first(waits_)) {
-        Row& row = rows_[cell.row];
-        if (row.used * std::size_t{4} >= row.places.size() * 3) Grow(row);
-        Slot& slot = SlotOf(row, cell.column);
+    const std::span<const Waiting> all = std::span(waiting_).first(waits_);
+    for (const Waiting& wait : all) {
+        const Row& row = rows_[wait.row];
+        if (row.places != nullptr) __builtin_prefetch(row.places + Home(wait.column, row.mask));
+    }
+    for (const Waiting& wait : all) {
+        Row& row = rows_[wait.row];
+        Slot& slot = SlotFor(row, wait.column);
         if (slot.column == kFree) {
-            slot.column = cell.column;
+            slot.column = wait.column;
             ++row.used;
+            columns_ = std::max(columns_, wait.column + 1);
         }
-        slot.count += cell.count;
+        slot.count += wait.count;
     }
     waits_ = 0;
 }
 
-void SparseTable::Finish() {
-    Settle();
-    if (rows_.empty()) return;
-    Cells cells, byColumn;
-    std::size_t used = 0;
-    for (const Row& row : rows_) used += row.used;
-    cells.reserve(used);
-    for (std::uint32_t row = 0; row < rows_.size(); ++row)
-        for (const Slot& slot : std::exchange(rows_[row].places, {}))
-            if (slot.column != kFree) cells.push_back({row, slot.column, slot.count});
-    std::vector<Row>().swap(rows_);
-    OrderBy(&Cell::column, cells, byColumn);
-    cells_ = std::move(cells);
-    starts_ = OrderBy(&Cell::row, byColumn, cells_);
-}
-
-void DaySeries::Add(std::uint32_t row, std::int32_t day, const DayCounts& counts, bool withTargets) {
-    if (row >= last_.size()) last_.resize(row + 1, kNone);
-    std::uint32_t at = last_[row];
-    if (at == kNone || cells_[at].day != day) {
-        cells_.push_back({day, 0, 0, at});
-        if (withTargets) targets_.emplace_back();
-        at = static_cast<std::uint32_t>(cells_.size() - 1);
-        last_[row] = at;
+// Sums by column over the parts of a row.
+class SparseTable::Sums {
+public:
+    explicit Sums(std::uint32_t columns) : counts_(columns) {}
+    void Add(const Slot& slot) {
+        if (seen_.Insert(slot.column)) {
+            columns_.push_back(slot.column);
+            counts_[slot.column] = 0;
+        }
+        counts_[slot.column] += slot.count;
     }
-    cells_[at].visitors += counts.visitors;
-    cells_[at].stayed += counts.stayed;
-    if (!withTargets) return;
-    for (std::size_t t = 0; t < kMaxTargets; ++t) targets_[at].counts[t] += counts.targets[t];
+    void Write(RowLists<CrossCell>& lists) {
+        for (const std::uint32_t column : columns_) lists.Add({column, counts_[column]});
+        columns_.clear();
+        seen_.Clear();
+    }
+
+private:
+    std::vector<std::int32_t> counts_;
+    std::vector<std::uint32_t> columns_{};
+    IdSet seen_{};
+};
+
+RowLists<CrossCell> SparseTable::Finish(const RowParts& parts) {
+    Settle();
+    Sums sums(columns_);
+    RowLists<CrossCell> lists;
+    for (std::uint32_t row = 0; row < parts.Rows(); ++row) {
+        for (const std::uint32_t part : parts.OfRow(row)) {
+            if (part >= rows_.size()) continue;
+            for (const Slot& slot : rows_[part].All())
+                if (slot.column != kFree) sums.Add(slot);
+        }
+        sums.Write(lists);
+        lists.EndRow();
+    }
+    lists.Shrink();
+    return lists;
 }
 
 }  // namespace analysis

@@ -1,105 +1,111 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <span>
+#include <utility>
 #include <vector>
 
-#include "analysis/targets.h"
+#include "analysis/texttable.h"
 
 // Tables of which few cells exist: memory goes with the cells alone.
 namespace analysis {
 
-// Counts by (row, column), both numbered from 0 without large gaps. Cells can be listed by row after Finish.
-class SparseTable {
+// Lists of cells, one for each row from 0 on, filled row by row.
+template <typename Cell>
+class RowLists {
 public:
-    struct Cell {
-        std::uint32_t row = 0;
-        std::uint32_t column = 0;
-        std::int32_t count = 0;
-    };
+    RowLists() = default;
+    // `starts`: where the cells of each row begin, and the end behind them.
+    RowLists(std::vector<Cell> cells, std::vector<std::size_t> starts)
+        : cells_(std::move(cells)), starts_(std::move(starts)) {}
 
-    void Sparse_Add(std::int32_t amount, std::uint32_t row, std::uint32_t column) {
-        if (row >= rows_.size()) rows_.resize(std::size_t{row} + 1);
-        const Row& of = rows_[row];
-        __builtin_prefetch(of.places.data() + Home(column, of.mask));
-        waiting_[waits_++] = {row, column, amount};
-        if (waits_ == waiting_.size()) Settle();
+    void Add(const Cell& cell) { cells_.push_back(cell); }
+    void EndRow() { starts_.push_back(cells_.size()); }
+    void Shrink() {
+        cells_.shrink_to_fit();
+        starts_.shrink_to_fit();
     }
-    // Orders the cells by row and column; nothing is added afterwards.
-    void Finish();
+    std::uint32_t Rows() const { return static_cast<std::uint32_t>(starts_.size() - 1); }
+    std::size_t StartOf(std::uint32_t row) const { return starts_[row]; }
+    // Empty for a row that was never filled.
     std::span<const Cell> OfRow(std::uint32_t row) const {
-        if (std::size_t{row} + 1 >= starts_.size()) return {};
+        if (row >= Rows()) return {};
         return std::span(cells_).subspan(starts_[row], starts_[row + 1] - starts_[row]);
     }
 
 private:
+    std::vector<Cell> cells_{};
+    std::vector<std::size_t> starts_ = {0};  // by row; one element more for the end
+};
+
+// Of each row the numbers under which it was counted.
+using RowParts = RowLists<std::uint32_t>;
+
+// For each number below `numbers` the rows whose lists it stands in.
+RowParts Turned(const RowLists<std::uint32_t>& lists, std::uint32_t numbers);
+
+struct CrossCell {
+    std::uint32_t column = 0;
+    std::int32_t count = 0;
+};
+
+// Counts by (row, column), both numbered from 0 without large gaps.
+class SparseTable {
+public:
+    void Sparse_Add(std::int32_t amount, std::uint32_t row, std::uint32_t column) {
+        if (row >= rows_.size()) rows_.resize(std::size_t{row} + 1);
+        __builtin_prefetch(&rows_[row]);
+        waiting_[waits_++] = {row, column, amount};
+        if (waits_ == waiting_.size()) Settle();
+    }
+    // The cells of each row of `parts`, each column once, in no order.
+    RowLists<CrossCell> Finish(const RowParts& parts);
+
+private:
+    static constexpr std::uint32_t kFree = 0xffffffff;
+    static constexpr std::size_t kFew = 2;
+    static constexpr std::size_t kWaiting = 64;
+
     struct Slot {
         std::uint32_t column = kFree;
         std::int32_t count = 0;
     };
-    // A table of its own for each row: what is counted often lies together.
+    // A table of its own for each row: what is counted often lies together. Rows of few cells have them here.
     struct Row {
-        std::vector<Slot> places{};
+        std::array<Slot, kFew> few{};
+        Slot* places = nullptr;  // in place of the few
         std::uint32_t mask = 0;  // number of places, a power of two, less one
         std::uint32_t used = 0;
+        std::span<const Slot> All() const {
+            return places != nullptr ? std::span<const Slot>(places, std::size_t{mask} + 1) : few;
+        }
     };
-    static constexpr std::uint32_t kFree = 0xffffffff;
-    static constexpr std::size_t kWaiting = 64;
+    struct Waiting {
+        std::uint32_t row = 0;
+        std::uint32_t column = 0;
+        std::int32_t count = 0;
+    };
+    class Sums;
 
     static std::uint32_t Home(std::uint32_t column, std::uint32_t mask) {
         return static_cast<std::uint32_t>((column * std::uint64_t{0x9e3779b97f4a7c15U}) >> 32U) & mask;
     }
     static Slot& SlotOf(Row& row, std::uint32_t column);
-    static void Grow(Row& row);
+    Slot& SlotFor(Row& row, std::uint32_t column);
+    void Grow(Row& row);
     void Settle();
 
-    // What was added last. Their places are fetched meanwhile, many at a time, so that no addition waits for memory.
-    std::array<Cell, kWaiting> waiting_{};
+    // What was added last. Its memory is fetched meanwhile, many places at a time, so that no addition waits for it.
+    std::array<Waiting, kWaiting> waiting_{};
     std::size_t waits_ = 0;
+    std::uint32_t columns_ = 0;
     std::vector<Row> rows_{};
-    std::vector<Cell> cells_{};
-    std::vector<std::size_t> starts_{};  // by row: where its cells begin; one element more for the end
-};
-
-// What a row gathers on one day.
-struct DayCounts {
-    std::int32_t visitors = 0;
-    std::int32_t stayed = 0;
-    std::int32_t targets[kMaxTargets] = {};
-};
-
-// Counters by (row, day). Visits come in order of time, so a row's last cell is nearly always the one to add to.
-class DaySeries {
-public:
-    void Add(std::uint32_t row, std::int32_t day, const DayCounts& counts, bool withTargets);
-    // Latest day first. A day can come in more than one piece: sum them.
-    template <typename See>
-    void ForEach(std::uint32_t row, See see) const {
-        for (std::uint32_t at = row < last_.size() ? last_[row] : kNone; at != kNone; at = cells_[at].before) {
-            DayCounts counts{cells_[at].visitors, cells_[at].stayed, {}};
-            if (!targets_.empty()) std::ranges::copy(targets_[at].counts, counts.targets);
-            see(cells_[at].day, counts);
-        }
-    }
-
-private:
-    struct Cell {
-        std::int32_t day = 0;
-        std::int32_t visitors = 0;
-        std::int32_t stayed = 0;
-        std::uint32_t before = kNone;
-    };
-    static constexpr std::uint32_t kNone = 0xffffffff;
-    struct TargetCell {
-        std::int32_t counts[kMaxTargets] = {};
-    };
-
-    std::vector<std::uint32_t> last_{};  // by row
-    std::vector<Cell> cells_{};
-    std::vector<TargetCell> targets_{};  // goes along with cells_; empty without targets
+    std::unique_ptr<std::pmr::monotonic_buffer_resource> room_ =
+        std::make_unique<std::pmr::monotonic_buffer_resource>();  // of the places
 };
 
 }  // namespace analysis

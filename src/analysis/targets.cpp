@@ -27,6 +27,14 @@ std::span<const logdefs::FltrRule> FiltersToTest(const Target& target) {
     }
 }
 
+constexpr TargetBits BitOf(std::size_t target) { return 1U << target; }
+
+bool MatchesAny(std::span<const logdefs::FltrRule> filters, std::string_view name) {
+    return std::ranges::any_of(filters, [name](const logdefs::FltrRule& filter) {
+        return !filter.Val.empty() && logdefs::FltrRuleTest(name, filter);
+    });
+}
+
 std::int32_t CountOfTargets(core::IniStore& ini) {
     const std::int32_t count = core::ToLong(core::fNum(ini.IniGet("Main", "CntTgt", core::kBySection)));
     return std::clamp(count == 0 ? 4 : count, 0, static_cast<std::int32_t>(kMaxTargets));
@@ -81,32 +89,44 @@ bool Tgt_WriteSection(core::IniStore& ini, std::string_view section, const Targe
            ini.IniPutWhole(section, "FltrLst", core::CDSOf(names), file);
 }
 
-std::vector<signed char>& PageMatches::KnownOf(const logdefs::FltrRule& filter) {
-    if (last_ < filters_.size() && filters_[last_].filter == &filter) return filters_[last_].known;
-    last_ = static_cast<std::size_t>(std::ranges::find(filters_, &filter, &OfFilter::filter) - filters_.begin());
-    if (last_ == filters_.size())
-        filters_.push_back({&filter, std::vector<signed char>(static_cast<std::size_t>(pages_.UpperBound()) + 1, -1)});
-    return filters_[last_].known;
+TargetPages::TargetPages(std::span<const Target> targets, const sitedb::PageList& pages)
+    : targets_(targets),
+      pages_(pages),
+      known_(targets.empty() ? 0 : static_cast<std::size_t>(pages.UpperBound()) + 1, kUnknown) {
+    for (std::size_t t = 0; t < targets_.size(); ++t)
+        if (targets_[t].kind == kSize) sized_ |= BitOf(t);
 }
 
-bool PageMatches::Test(const logdefs::FltrRule& filter, std::int32_t pageId) {
-    if (pageId < 0 || pageId > pages_.UpperBound()) return logdefs::FltrRuleTest({}, filter);
-    signed char& known = KnownOf(filter)[static_cast<std::size_t>(pageId)];
-    if (known < 0) known = logdefs::FltrRuleTest(pages_.Page_Name(pageId), filter) ? 1 : 0;
-    return known == 1;
+TargetBits TargetPages::WorkOut(std::int32_t pageId) {
+    const bool listed = pageId >= 0 && pageId <= pages_.UpperBound();
+    const std::string_view name = listed ? pages_.Page_Name(pageId) : std::string_view();
+    TargetBits matched = 0;
+    for (std::size_t t = 0; t < targets_.size(); ++t)
+        if (MatchesAny(FiltersToTest(targets_[t]), name)) matched |= BitOf(t);
+    if (listed) known_[static_cast<std::size_t>(pageId)] = static_cast<std::uint8_t>(matched);
+    return matched;
 }
 
-bool Tgt_Met(const Target& target, std::span<const std::int32_t> pages, std::span<const double> bytes,
-             PageMatches& matches) {
-    for (const logdefs::FltrRule& filter : FiltersToTest(target)) {
-        if (filter.Val.empty()) continue;
-        for (std::size_t i = 0; i < pages.size(); ++i) {
-            if (!matches.Test(filter, pages[i])) continue;
-            // Only the first page that matches can meet a size.
-            return target.kind != kSize || (i < bytes.size() ? bytes[i] : 0) >= target.bytes;
-        }
+TargetBits TargetPages::MeetSize(TargetBits matched, double bytes) const {
+    TargetBits met = 0;
+    for (std::size_t t = 0; t < targets_.size(); ++t)
+        if ((matched & BitOf(t)) != 0 && bytes >= targets_[t].bytes) met |= BitOf(t);
+    return met;
+}
+
+TargetBits TargetPages::Tgt_Met(std::span<const std::int32_t> pages, std::span<const double> bytes) {
+    TargetBits met = 0;
+    if (targets_.empty()) return met;
+    TargetBits sized = sized_;  // only the first page that matches can meet a size
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const TargetBits matched = Matches(pages[i]);
+        met |= matched & ~sized_;
+        const TargetBits decided = matched & sized;
+        if (decided == 0) continue;
+        met |= MeetSize(decided, i < bytes.size() ? bytes[i] : 0);
+        sized &= ~decided;
     }
-    return false;
+    return met;
 }
 
 SkipTypes SkipTypes_Check(std::string normalisedList, const std::vector<Target>& targets) {

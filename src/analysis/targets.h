@@ -35,27 +35,34 @@ std::vector<Target> Tgt_Load(core::IniStore& ini, const sitedb::Site& site, bool
 Target Tgt_ReadSection(core::IniStore& ini, std::string_view section, const std::string& file);
 bool Tgt_WriteSection(core::IniStore& ini, std::string_view section, const Target& target, const std::string& file);
 
-// Remembers which pages satisfy a filter. Lives for a run; filters are told apart by where they stand.
-class PageMatches {
+// Bit t: of the run's target t.
+using TargetBits = unsigned;
+
+// Tells which targets a visit met. What a page matches is worked out at its first sighting. Lives for a run.
+class TargetPages {
 public:
-    explicit PageMatches(const sitedb::PageList& pages) : pages_(pages) {}
-    bool Test(const logdefs::FltrRule& filter, std::int32_t pageId);
+    TargetPages(std::span<const Target> targets, const sitedb::PageList& pages);
+
+    // Without it no bytes need be read.
+    bool NeedsBytes() const { return sized_ != 0; }
+    // `bytes` goes along with `pages`; what is missing counts 0.
+    TargetBits Tgt_Met(std::span<const std::int32_t> pages, std::span<const double> bytes);
 
 private:
-    struct OfFilter {
-        const logdefs::FltrRule* filter = nullptr;
-        std::vector<signed char> known{};  // by PageID: -1 unknown, 0 no, 1 yes
-    };
-    std::vector<signed char>& KnownOf(const logdefs::FltrRule& filter);
+    static constexpr std::uint8_t kUnknown = 0xff;
 
+    TargetBits Matches(std::int32_t pageId) {
+        const auto at = static_cast<std::uint32_t>(pageId);
+        return at < known_.size() && known_[at] != kUnknown ? known_[at] : WorkOut(pageId);
+    }
+    TargetBits WorkOut(std::int32_t pageId);
+    TargetBits MeetSize(TargetBits matched, double bytes) const;
+
+    std::span<const Target> targets_;
     const sitedb::PageList& pages_;
-    std::vector<OfFilter> filters_{};  // a run has few
-    std::size_t last_ = 0;             // asked for one page after the other
+    TargetBits sized_ = 0;               // targets that ask for bytes
+    std::vector<std::uint8_t> known_{};  // by PageID
 };
-
-// `bytes` goes along with `pages`; what is missing counts 0.
-bool Tgt_Met(const Target& target, std::span<const std::int32_t> pages, std::span<const double> bytes,
-             PageMatches& matches);
 
 struct SkipTypes {
     std::string list{};     // less the types of target pages

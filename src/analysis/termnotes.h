@@ -30,8 +30,11 @@ struct KnownText {
 struct TermNote {
     KnownText label{};  // the text is that of the visit at hand
     bool isCut = false;
-    std::vector<std::string> cut{};   // what a word field lists of it
-    std::vector<KnownText> values{};  // the same, of these texts
+    std::vector<std::string> cut{};     // what a word field lists of it
+    std::vector<KnownText> values{};    // the same, of these texts
+    std::vector<std::uint32_t> rows{};  // of the values that have one
+    std::vector<std::uint32_t> open{};  // places of the values that have none yet
+    std::uint32_t bundle = 0;           // of the rows, when there are some
     bool isSplit = false;
     std::vector<std::uint32_t> words{};  // numbers in the list of words
 };

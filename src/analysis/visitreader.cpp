@@ -1,5 +1,6 @@
 #include "analysis/visitreader.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "core/numbers.h"
@@ -15,13 +16,24 @@ Number ReadNumber(std::string_view text) {
     return static_cast<Number>(core::fNum(text));
 }
 
+constexpr std::ptrdiff_t kShortNumber = 9;  // digits that fit without a look at overflow
+
 template <typename Number>
 void ReadList(std::string_view list, std::vector<Number>& numbers) {
     numbers.clear();
-    while (!list.empty()) {
-        const std::size_t end = list.find('|');
-        numbers.push_back(ReadNumber<Number>(list.substr(0, end)));
-        list.remove_prefix(end == std::string_view::npos ? list.size() : end + 1);
+    const char* const end = list.data() + list.size();
+    for (const char* at = list.data(); at != end;) {
+        const char* const start = at;
+        std::uint32_t value = 0;
+        for (; at != end && *at >= '0' && *at <= '9' && at - start < kShortNumber; ++at)
+            value = value * 10 + static_cast<std::uint32_t>(*at - '0');
+        if (at != start && (at == end || *at == '|')) {
+            numbers.push_back(static_cast<Number>(value));
+        } else {
+            at = std::find(start, end, '|');
+            numbers.push_back(ReadNumber<Number>(std::string_view(start, at)));
+        }
+        if (at != end) ++at;
     }
 }
 

@@ -34,7 +34,7 @@ std::string DistributionText(const analysis::CrossTable& table, std::vector<Labe
     std::size_t sorted = 0;
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         if (i == sorted) sorted = SortMore(pairs, sorted);
-        text.append(table.second.STs.Text(pairs[i].label)).append(" ").append(std::to_string(pairs[i].count));
+        text.append(table.second.Text(pairs[i].label)).append(" ").append(std::to_string(pairs[i].count));
         text.append(" [").append(Share(static_cast<double>(pairs[i].count), visitors)).append("]").append(kBreak);
         if (text.size() <= limit) continue;
         if (i + 1 < pairs.size()) text.append(kBreak).append("...");
@@ -44,10 +44,10 @@ std::string DistributionText(const analysis::CrossTable& table, std::vector<Labe
 }
 
 std::vector<LabelCount> PairsOfRow(const analysis::CrossTable& table, std::uint32_t row) {
-    const std::span<const analysis::SparseTable::Cell> cells = table.cross.OfRow(row);
+    const std::span<const analysis::CrossCell> cells = table.cells.OfRow(row);
     std::vector<LabelCount> pairs;
     pairs.reserve(cells.size());
-    for (const analysis::SparseTable::Cell& cell : cells) pairs.push_back({cell.column, cell.count});
+    for (const analysis::CrossCell& cell : cells) pairs.push_back({cell.column, cell.count});
     return pairs;
 }
 

@@ -17,7 +17,7 @@ struct LabelCount {
 };
 
 // "label count [percent%]" for each label, the highest count first (a later label first among equals), each followed
-// by a line break, until the text is longer than `limit`; "..." when labels are left over. `pairs` in order of label.
+// by a line break, until the text is longer than `limit`; "..." when labels are left over.
 std::string DistributionText(const analysis::CrossTable& table, std::vector<LabelCount> pairs, double visitors,
                              std::size_t limit = kDistributionLimit);
 std::vector<LabelCount> PairsOfRow(const analysis::CrossTable& table, std::uint32_t row);

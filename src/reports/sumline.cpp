@@ -45,7 +45,7 @@ public:
         if (!withDist_) return;
         for (SummedColumn& column : columns_) {
             if (column.column < 0) continue;
-            for (const auto& cell : column.table->cross.OfRow(static_cast<std::uint32_t>(row)))
+            for (const auto& cell : column.table->cells.OfRow(static_cast<std::uint32_t>(row)))
                 column.sums[cell.column] += cell.count;
         }
     }
