@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/counting.h"
 #include "analysis/fields.h"
 #include "bench/support.h"
 #include "desktop/application.h"
@@ -110,8 +111,11 @@ reports::AnalysisPtr ManyTerms() {
     auto results = std::make_unique<analysis::SrchTrmData>();
     results->Analyzed_Field = analysis::kTerm;
     results->days = {46000, 90};
+    analysis::Counting counting(*results);
     for (int i = 0; i < kItems; ++i)
-        results->table.Result_Add(i % 90, "term " + std::to_string(i * 7919 % kItems), {.visitors = 1 + i % 13}, 0, -1);
+        counting.Result_Add(counting.NewRow("term " + std::to_string(i * 7919 % kItems)), i % 90,
+                            {.visitors = 1 + i % 13});
+    counting.Finish();
     return std::make_shared<reports::OpenAnalysis>(std::move(results));
 }
 

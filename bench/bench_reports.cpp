@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/counting.h"
 #include "analysis/fields.h"
 #include "bench/support.h"
 #include "reports/deviation.h"
@@ -53,7 +54,8 @@ void MakeResults(analysis::SrchTrmData& results, std::int32_t values, std::int32
     results.Analyzed_Field = analysis::kTerm;
     results.days = {kFirstDay, days};
     results.Targets.resize(kTargets);
-    std::vector<std::int32_t> rows(static_cast<std::size_t>(values), -1);
+    std::vector<std::uint32_t> rows(static_cast<std::size_t>(values));
+    analysis::Counting counting(results);
     const std::int64_t visits = std::int64_t{values} * kVisitsOfValue;
     const auto all = static_cast<std::uint32_t>(values);
     for (std::int64_t i = 0; i < visits; ++i) {
@@ -63,10 +65,11 @@ void MakeResults(analysis::SrchTrmData& results, std::int32_t values, std::int32
         counts.stayed = static_cast<std::int32_t>(random.Below(2));
         counts.pages = counts.stayed * 3;
         for (std::int32_t& target : counts.targets) target = random.Below(10) == 0 ? 1 : 0;
-        std::int32_t& row = rows[value];
-        row = results.table.Result_Add(static_cast<std::int32_t>(i * days / visits),
-                                       "term " + std::to_string(value) + " of a visitor", counts, kTargets, row);
+        std::uint32_t& row = rows[value];
+        if (row == 0) row = counting.NewRow("term " + std::to_string(value) + " of a visitor");
+        counting.Result_Add(row, static_cast<std::int32_t>(i * days / visits), counts);
     }
+    counting.Finish();
     results.visits = static_cast<double>(visits);
 }
 

@@ -1,12 +1,38 @@
 #include "analysis/counting.h"
 
-#include "analysis/texttable.h"
-
 namespace analysis {
 namespace {
 
 constexpr std::array kTables{&SrchTrmData::DistSE, &SrchTrmData::DistAlternate, &SrchTrmData::DistClickThru};
 static_assert(kTables.size() == kAxes);
+
+void operator+=(DayCounts& sum, const DayCounts& counts) {
+    sum.visitors += counts.visitors;
+    sum.stayed += counts.stayed;
+    for (std::size_t t = 0; t < kMaxTargets; ++t) sum.targets[t] += counts.targets[t];
+}
+
+using DaySums = KeyedSums<DayCounts>;
+
+void WriteRow(DaySums& sums, bool withTargets, DaySeries& series) {
+    sums.Take([&](std::uint32_t day, const DayCounts& counts) {
+        series.Add(static_cast<std::int32_t>(day), counts, withTargets);
+    });
+    series.EndRow();
+}
+
+DaySeries Joined(const DaySeries& days, const RowParts& parts, bool withTargets) {
+    DaySeries series;
+    DaySums sums;
+    for (std::uint32_t row = 0; row < parts.Rows(); ++row) {
+        for (const std::uint32_t part : parts.OfRow(row))
+            days.ForEach(part, [&sums](std::int32_t day, const DayCounts& counts) {
+                sums.Of(static_cast<std::uint32_t>(day)) += counts;
+            });
+        WriteRow(sums, withTargets, series);
+    }
+    return series;
+}
 
 }  // namespace
 
@@ -57,86 +83,60 @@ void Counting::Add(const Waiting& wait) {
     for (std::size_t t = 0; t < kMaxTargets; ++t) targets_[tally.last][t] += counts.targets[t];
 }
 
-RowParts Counting::PartsOfRows() const {
-    const auto rows = static_cast<std::uint32_t>(results_.table.STs.size());
-    RowParts parts;
-    if (bundles_.Rows() == 0) {
-        for (std::uint32_t row = 0; row < rows; ++row) {
-            parts.Add(row);
-            parts.EndRow();
-        }
-        return parts;
-    }
-    return Turned(bundles_, rows);
+void Counting::AddTally(std::uint32_t row, std::uint32_t number) {
+    if (number >= tallies_.size()) return;
+    ResultTable& table = results_.table;
+    const Tally& tally = tallies_[number];
+    table.Visitors[row] += tally.visitors;
+    table.Stayed[row] += tally.stayed;
+    table.HtmPages[row] += tally.pages;
+    for (std::size_t t = 0; t < results_.Targets.size(); ++t) table.TargetCnt[t][row] += tally.targets[t];
 }
 
-// Sums by day over the parts of a row.
-class Counting::DaySums {
-public:
-    DaySums(DaySeries& series, const DaysList& days, bool withTargets)
-        : series_(series), withTargets_(withTargets), counts_(static_cast<std::size_t>(days.count)) {}
-
-    DayCounts& Of(std::int32_t day) {
-        DayCounts& counts = counts_[static_cast<std::size_t>(day)];
-        if (seen_.Insert(static_cast<std::uint32_t>(day))) {
-            days_.push_back(day);
-            counts = {};
-        }
-        return counts;
-    }
-    void Write() {
-        for (const std::int32_t day : days_) series_.Add(day, counts_[static_cast<std::size_t>(day)], withTargets_);
-        series_.EndRow();
-        days_.clear();
-        seen_.Clear();
-    }
-
-private:
-    DaySeries& series_;
-    bool withTargets_;
-    std::vector<DayCounts> counts_;
-    std::vector<std::int32_t> days_{};
-    IdSet seen_{};
-};
-
-void Counting::FinishRow(std::uint32_t row, std::span<const std::uint32_t> parts, DaySums& days) {
-    ResultTable& table = results_.table;
-    for (const std::uint32_t part : parts) {
-        if (part >= tallies_.size()) continue;
-        const Tally& tally = tallies_[part];
-        table.Visitors[row] += tally.visitors;
-        table.Stayed[row] += tally.stayed;
-        table.HtmPages[row] += tally.pages;
-        for (std::size_t t = 0; t < results_.Targets.size(); ++t) table.TargetCnt[t][row] += tally.targets[t];
+DaySeries Counting::SeriesOfNumbers() {
+    DaySeries series;
+    DaySums sums;
+    for (const Tally& tally : tallies_) {
         for (std::uint32_t at = tally.last; at != kNone; at = days_[at].before) {
-            DayCounts& sum = days.Of(days_[at].day);
-            sum.visitors += days_[at].visitors;
-            sum.stayed += days_[at].stayed;
-            if (targets_.empty()) continue;
-            for (std::size_t t = 0; t < kMaxTargets; ++t) sum.targets[t] += targets_[at][t];
+            DayCounts counts{days_[at].visitors, days_[at].stayed, {}};
+            if (!targets_.empty()) counts.targets = targets_[at];
+            sums.Of(static_cast<std::uint32_t>(days_[at].day)) += counts;
         }
+        WriteRow(sums, !targets_.empty(), series);
     }
-    days.Write();
-}
-
-void Counting::FinishRows(const RowParts& parts) {
-    ResultTable& table = results_.table;
-    table.Visitors.resize(parts.Rows());
-    table.Stayed.resize(parts.Rows());
-    table.HtmPages.resize(parts.Rows());
-    for (std::size_t t = 0; t < results_.Targets.size(); ++t) table.TargetCnt[t].resize(parts.Rows());
-    DaySums days(table.days, results_.days, !results_.Targets.empty());
-    for (std::uint32_t row = 0; row < parts.Rows(); ++row) FinishRow(row, parts.OfRow(row), days);
-    table.days.Shrink();
+    days_ = {};
+    targets_ = {};
+    return series;
 }
 
 void Counting::Finish() {
     Settle();
-    const RowParts parts = PartsOfRows();
-    FinishRows(parts);
+    ResultTable& table = results_.table;
+    const auto rows = static_cast<std::uint32_t>(table.STs.size());
+    for (std::vector<std::int32_t>* counts : {&table.Visitors, &table.Stayed, &table.HtmPages}) counts->resize(rows);
+    for (std::size_t t = 0; t < results_.Targets.size(); ++t) table.TargetCnt[t].resize(rows);
+    table.days = SeriesOfNumbers();
     for (std::size_t axis = 0; axis < kAxes; ++axis) {
-        (results_.*kTables[axis]).cells = axes_[axis].Finish(parts);
+        (results_.*kTables[axis]).cells = axes_[axis].Finish();
         axes_[axis] = {};
+    }
+    if (bundles_.Rows() == 0) {
+        for (std::uint32_t row = 0; row < rows; ++row) AddTally(row, row);
+    } else {
+        DealOut(Turned(bundles_, rows));
+    }
+    table.days.Shrink();
+}
+
+// From bundles to their rows.
+void Counting::DealOut(const RowParts& bundlesOfRows) {
+    ResultTable& table = results_.table;
+    for (std::uint32_t row = 0; row < bundlesOfRows.Rows(); ++row)
+        for (const std::uint32_t bundle : bundlesOfRows.OfRow(row)) AddTally(row, bundle);
+    table.days = Joined(table.days, bundlesOfRows, !results_.Targets.empty());
+    for (const auto member : kTables) {
+        RowLists<CrossCell>& cells = (results_.*member).cells;
+        cells = Joined(cells, bundlesOfRows);
     }
 }
 

@@ -73,13 +73,11 @@ private:
         std::int32_t day = 0;
         VisitCounts counts{};
     };
-    class DaySums;
-
     void Settle();
     void Add(const Waiting& wait);
-    RowParts PartsOfRows() const;
-    void FinishRows(const RowParts& parts);
-    void FinishRow(std::uint32_t row, std::span<const std::uint32_t> parts, DaySums& days);
+    void AddTally(std::uint32_t row, std::uint32_t number);
+    DaySeries SeriesOfNumbers();
+    void DealOut(const RowParts& bundlesOfRows);
 
     SrchTrmData& results_;
     // What was added last. Its memory is fetched meanwhile, many places at a time, so that no addition waits for it.

@@ -1,5 +1,6 @@
 #include "analysis/cutterm.h"
 
+#include <algorithm>
 #include <array>
 
 #include "analysis/fields.h"
@@ -20,6 +21,8 @@ constexpr std::array kLengths{
 };
 static_assert(kLengths.size() == kWords7 - kWordsAndPhrases + 1);
 
+constexpr std::size_t kFew = 32;  // so many texts are looked through faster than a table of them is built
+
 std::string_view CleanWord(std::string_view word) {
     while (!word.empty()) {
         const core::Letter letter = core::LetterAt(word, 0);
@@ -37,7 +40,11 @@ std::string_view CleanWord(std::string_view word) {
 }  // namespace
 
 void UniqueTexts::Add(std::string text) {
-    if (seen.insert(text).second) items.push_back(std::move(text));
+    if (items.size() == kFew) seen.insert(items.begin(), items.end());
+    const bool known = items.size() < kFew ? std::ranges::find(items, text) != items.end() : seen.contains(text);
+    if (known) return;
+    if (items.size() >= kFew) seen.insert(text);
+    items.push_back(std::move(text));
 }
 
 std::vector<std::string> TermWords(std::string_view term) {

@@ -11,7 +11,7 @@ namespace analysis {
 // Texts without duplicates, in the order of their first addition.
 struct UniqueTexts {
     std::vector<std::string> items{};
-    std::unordered_set<std::string> seen{};
+    std::unordered_set<std::string> seen{};  // the same, once they are many
     void Add(std::string text);
 };
 

@@ -1,6 +1,7 @@
 #include "analysis/fieldvalues.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "analysis/cutterm.h"
 #include "analysis/fields.h"
@@ -11,46 +12,39 @@ namespace analysis {
 
 namespace {
 
-// The entry of a number that was given in order of first sightings. Entries never move.
-KnownText* EntryOf(std::deque<KnownText>& entries, std::uint32_t number) {
-    if (number >= entries.size()) entries.resize(number + 1);
+// The entry of a number that was given in order of first sightings.
+std::uint32_t* EntryOf(std::deque<std::uint32_t>& entries, std::uint32_t number) {
+    if (number >= entries.size()) entries.resize(std::size_t{number} + 1, KnownText::kNew);
     return &entries[number];
 }
 
 }  // namespace
 
-FieldValues::FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, bool notes)
-    : field_(field),
-      shown_(shown),
-      referrers_(referrers),
-      notesWanted_(notes || IsWordField(field)),
-      noTerm_{names::kNotSearchEngine} {}
+FieldValues::FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, ValueUse use, bool notes)
+    : field_(field), shown_(shown), referrers_(referrers), use_(use), notesWanted_(notes || IsWordField(field)) {}
 
-KnownText* FieldValues::Name(std::uint32_t name) {
-    KnownText* const known = EntryOf(names_, name);
-    known->text = shown_.Name(name);
-    return known;
+KnownText FieldValues::Name(std::uint32_t name) { return {shown_.Name(name), EntryOf(names_, name)}; }
+
+KnownText FieldValues::Start(const VisitPageList& pages) {
+    if (pages.start == VisitPageList::kNoStart) return {kNoPages, &noPages_};
+    return Name(static_cast<std::uint32_t>(pages.start));
 }
 
-KnownText* FieldValues::Start(const VisitPageList& pages) {
-    return pages.start == VisitPageList::kNoStart ? &noPages_ : Name(static_cast<std::uint32_t>(pages.start));
+KnownText FieldValues::Term(const sitedb::AnalysisRow& visit) {
+    if (visit.StzdSearchTerm.empty()) return {names::kNotSearchEngine, &noTerm_};
+    if (found_.term != nullptr) return {visit.StzdSearchTerm, &found_.term->label};
+    term_ = KnownText::kNew;
+    return {visit.StzdSearchTerm, &term_};
 }
 
-KnownText* FieldValues::Term(const sitedb::AnalysisRow& visit) {
-    if (visit.StzdSearchTerm.empty()) return &noTerm_;
-    KnownText* const label = found_.term != nullptr ? &found_.term->label : &(term_ = {});
-    label->text = visit.StzdSearchTerm;
-    return label;
+KnownText FieldValues::Engine(const sitedb::AnalysisRow& visit) {
+    engine_ = KnownText::kNew;
+    return {visits::Visit_SELabel(visit), &engine_};
 }
 
-KnownText* FieldValues::Engine(const sitedb::AnalysisRow& visit) {
-    engine_ = {visits::Visit_SELabel(visit)};
-    return &engine_;
-}
-
-void FieldValues::AddMade(std::string_view text) {
-    made_ = {text};
-    found_.values.push_back(&made_);
+KnownText FieldValues::Made(std::string_view text) {
+    made_ = KnownText::kNew;
+    return {text, &made_};
 }
 
 const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit, VisitPageList& pages) {
@@ -61,7 +55,7 @@ const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit
     if (ofTerms || field_ == kTerm) {
         found_.alternate = Start(pages);
     } else {
-        found_.alternate = field_ == kTermAndStart || field_ == kReferrer ? nullptr : Term(visit);
+        found_.alternate = field_ == kTermAndStart || field_ == kReferrer ? KnownText{} : Term(visit);
     }
     ListValues(visit, pages);
     return found_;
@@ -76,8 +70,8 @@ void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pa
             found_.values.push_back(Start(pages));
             break;
         case kTermAndStart:
-            room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages)->text);
-            AddMade(room_);
+            room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages).text);
+            found_.values.push_back(Made(room_));
             break;
         case kExitPage:
             ExitPage(pages);
@@ -93,7 +87,7 @@ void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pa
             break;
         case kReferrer:
             room_ = visits::Visit_RefrLabel(visit, referrers_);
-            AddMade(room_);
+            found_.values.push_back(Made(room_));
             break;
         case kEngine:
             found_.values.push_back(Engine(visit));
@@ -117,9 +111,9 @@ void FieldValues::ExitPage(VisitPageList& pages) {
 
 void FieldValues::Track(const VisitPageList& pages) {
     room_.clear();
-    if (pages.start != VisitPageList::kNoStart) room_.append(Start(pages)->text).append(kTrackBreak);
+    if (pages.start != VisitPageList::kNoStart) room_.append(Start(pages).text).append(kTrackBreak);
     for (const std::uint32_t name : pages.names) room_.append(shown_.Name(name)).append(kTrackBreak);
-    AddMade(room_.empty() ? kOnlySkipped : std::string_view(room_));
+    found_.values.push_back(Made(room_.empty() ? kOnlySkipped : std::string_view(room_)));
 }
 
 void FieldValues::Pages(const VisitPageList& pages) {
@@ -136,9 +130,7 @@ void FieldValues::Dirs(const VisitPageList& pages) {
     const auto add = [&](std::uint32_t name) {
         const std::uint32_t dir = shown_.DirOf(name);
         if (!seen_.Insert(dir)) return;
-        KnownText* const known = EntryOf(dirs_, dir);
-        known->text = shown_.Dir(dir);
-        found_.values.push_back(known);
+        found_.values.push_back({shown_.Dir(dir), EntryOf(dirs_, dir)});
     };
     add(static_cast<std::uint32_t>(pages.start));
     std::ranges::for_each(pages.names, add);
@@ -150,12 +142,12 @@ void FieldValues::Words(const sitedb::AnalysisRow& visit) {
     if (!note->isCut) {
         note->isCut = true;
         note->cut = pCutTerm(visit.StzdSearchTerm, field_);
-        for (const std::string& value : note->cut) {
-            note->open.push_back(static_cast<std::uint32_t>(note->values.size()));
-            note->values.push_back({value});
-        }
+        note->numbers.assign(note->cut.size(), KnownText::kNew);
+        note->open.resize(note->cut.size());
+        std::iota(note->open.begin(), note->open.end(), 0U);
     }
-    for (KnownText& value : note->values) found_.values.push_back(&value);
+    if (use_ == ValueUse::Counted) return;
+    for (std::size_t i = 0; i < note->cut.size(); ++i) found_.values.push_back({note->cut[i], &note->numbers[i]});
 }
 
 }  // namespace analysis

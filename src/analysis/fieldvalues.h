@@ -20,17 +20,19 @@ inline constexpr std::string_view kTrackBreak = "\r\n";
 // texts are remembered where that pays. A text is in one place only for the whole run: value, alternate or
 // distribution.
 struct VisitValues {
-    std::vector<KnownText*> values{};
-    KnownText* alternate = nullptr;  // none: the field has none
-    KnownText* firstDistribution = nullptr;
+    std::vector<KnownText> values{};  // of a word field none where they are counted: its term's note has them
+    KnownText alternate{};            // "" where the field has none
+    KnownText firstDistribution{};
     TermNote* term = nullptr;  // none: no term, or notes were not asked for
 };
+
+enum class ValueUse { Listed, Counted };
 
 class FieldValues {
 public:
     // `referrers` only for the field of referrers, and only with extra data. `notes`: terms are looked at for more than
     // the field.
-    FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, bool notes);
+    FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, ValueUse use, bool notes);
     FieldValues(const FieldValues&) = delete;
     FieldValues& operator=(const FieldValues&) = delete;
 
@@ -48,23 +50,25 @@ private:
     void Dirs(const VisitPageList& pages);
     void Words(const sitedb::AnalysisRow& visit);
     void ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pages);
-    KnownText* Term(const sitedb::AnalysisRow& visit);
-    KnownText* Engine(const sitedb::AnalysisRow& visit);
-    KnownText* Name(std::uint32_t name);
-    KnownText* Start(const VisitPageList& pages);
-    void AddMade(std::string_view text);
+    KnownText Term(const sitedb::AnalysisRow& visit);
+    KnownText Engine(const sitedb::AnalysisRow& visit);
+    KnownText Name(std::uint32_t name);
+    KnownText Start(const VisitPageList& pages);
+    KnownText Made(std::string_view text);
 
     int field_;
     ShownPages& shown_;
     sitedb::VisitReferrers* referrers_;
+    ValueUse use_;
     bool notesWanted_;
     VisitValues found_{};
     std::string room_{};
     IdSet seen_{};
     TermNotes notes_{};
-    std::deque<KnownText> names_{}, dirs_{};  // by number of the shown name, of its folder
-    KnownText noPages_{kNoPages}, noTerm_;
-    KnownText term_{}, engine_{}, made_{};  // of the visit at hand: not remembered
+    // Numbers, by number of the shown name and of its folder. They never move.
+    std::deque<std::uint32_t> names_{}, dirs_{};
+    std::uint32_t noPages_ = KnownText::kNew, noTerm_ = KnownText::kNew;
+    std::uint32_t term_ = 0, engine_ = 0, made_ = 0;  // of the visit at hand: not remembered
 };
 
 }  // namespace analysis

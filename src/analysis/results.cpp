@@ -23,12 +23,6 @@ std::uint32_t CountedTexts::NumberOf(std::string_view value) {
     return id;
 }
 
-std::uint32_t CountedTexts::Add(std::string_view value) {
-    const std::uint32_t id = NumberOf(value);
-    ++Visitors[id];
-    return id;
-}
-
 std::string GetDataDesc(const SrchTrmData& results) {
     std::string text = "Dates: " + results.days.Text(0) + " to " + results.days.Text(results.days.count - 1);
     text += "\r\rVisits: " + core::CountText(results.visits);

@@ -81,7 +81,6 @@ struct CountedTexts {
     std::vector<std::int32_t> Visitors{};
     // The value's number; one that was not seen yet comes in with a count of 0.
     std::uint32_t NumberOf(std::string_view value);
-    std::uint32_t Add(std::string_view value);
 };
 
 // A second axis: its values, numbered in the order of their first sighting, and counts by (main row, value).

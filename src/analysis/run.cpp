@@ -101,11 +101,11 @@ private:
     void Analyse_Prepare();
     void ReadVisits();
     void Visit(const sitedb::AnalysisRow& visit);
-    void AddValue(KnownText& value, const VisitFacts& facts);
+    void AddValue(const KnownText& value, const VisitFacts& facts);
     void AddTerm(TermNote& note, const VisitFacts& facts);
-    std::uint32_t RowOf(const ThresholdHash::Kept& kept, std::string_view value);
+    std::uint32_t RowOf(const ThresholdHash::Kept& kept);
     void Count(std::uint32_t number, VisitCounts counts, const VisitFacts& facts);
-    void AddTo(Axis axis, KnownText& label, std::uint32_t number, std::int32_t count);
+    void AddTo(Axis axis, const KnownText& label, std::uint32_t number, std::int32_t count);
     void AddFurther(std::uint32_t number, const VisitPageList& pages, std::int32_t count);
     void AddWords(std::string_view term, TermNote& note);
     void Release(dialogs::Report& report);
@@ -188,6 +188,7 @@ void Run::ReadVisits() {
     pass_.emplace(env_, site_, *results_, request_.siteArea,
                   VisitPass::Wants{.names = options.ShowClickThru,
                                    .bytes = targets_->NeedsBytes(),
+                                   .use = ValueUse::Counted,
                                    .notes = options.ShowDist1 || options.ShowDist2 || request_.WordListsOn});
 
     const DaysList& days = results_->days;
@@ -218,12 +219,12 @@ void Run::Release(dialogs::Report& report) {
 void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (!pass_->Counts(visit)) return;
     pass_->Expect(visit);
-    if (request_.field == kTerm) hash_->Expect(visits::Visit_STLabel(visit));
     VisitPageList* const touched = pass_->Pages(visit);
     if (touched == nullptr) return;
     VisitPageList& pages = *touched;
     day_ = dayIndex_->Of(visit.StartTimeStamp);
     const VisitValues& found = pass_->Values(visit, pages);
+    if (!found.values.empty()) hash_->Expect(found.values.front());
     VisitFacts facts{.found = found, .pages = pages};
     facts.counts.pages = pages.further;
     facts.counts.stayed = pages.further > 0 ? 1 : 0;
@@ -233,25 +234,25 @@ void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (IsWordField(request_.field)) {
         if (found.term != nullptr) AddTerm(*found.term, facts);
     } else {
-        for (KnownText* const value : found.values) AddValue(*value, facts);
+        for (const KnownText& value : found.values) AddValue(value, facts);
     }
     if (request_.WordListsOn && found.term != nullptr) AddWords(visit.StzdSearchTerm, *found.term);
 }
 
-std::uint32_t Run::RowOf(const ThresholdHash::Kept& kept, std::string_view value) {
+std::uint32_t Run::RowOf(const ThresholdHash::Kept& kept) {
     if (kept.row >= 0) return static_cast<std::uint32_t>(kept.row);
-    const std::uint32_t row = counting_->NewRow(value);
+    const std::uint32_t row = counting_->NewRow(hash_->Text(kept.id));
     hash_->SetRow(kept.id, static_cast<std::int32_t>(row));
     return row;
 }
 
-void Run::AddValue(KnownText& value, const VisitFacts& facts) {
+void Run::AddValue(const KnownText& value, const VisitFacts& facts) {
     const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
     if (!kept.keep) return;
     // Only visitors are credited with the sightings before; what the visits did on the site is counted from here on.
     VisitCounts counts = facts.counts;
     counts.visitors = kept.count;
-    Count(RowOf(kept, value.text), counts, facts);
+    Count(RowOf(kept), counts, facts);
 }
 
 // The values of a term that have rows always come together, so they are counted as one.
@@ -259,10 +260,9 @@ void Run::AddTerm(TermNote& note, const VisitFacts& facts) {
     credits_.clear();
     const std::size_t before = note.rows.size();
     std::erase_if(note.open, [&](std::uint32_t place) {
-        KnownText& value = note.values[place];
-        const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
+        const ThresholdHash::Kept kept = hash_->Hash_Keep({note.cut[place], &note.numbers[place]});
         if (!kept.keep) return false;
-        note.rows.push_back(RowOf(kept, value.text));
+        note.rows.push_back(RowOf(kept));
         if (kept.count > 1) credits_.push_back({note.rows.back(), kept.count - 1});
         return true;
     });
@@ -277,13 +277,13 @@ void Run::Count(std::uint32_t number, VisitCounts counts, const VisitFacts& fact
     counting_->Result_Add(number, day_, counts);
     const OptionRecord& options = results_->options;
     const VisitValues& found = facts.found;
-    if (options.ShowDist1) AddTo(kDistSE, *found.firstDistribution, number, counts.visitors);
-    if (options.ShowDist2 && found.alternate != nullptr && !found.alternate->text.empty())
-        AddTo(kDistAlternate, *found.alternate, number, counts.visitors);
+    if (options.ShowDist1) AddTo(kDistSE, found.firstDistribution, number, counts.visitors);
+    if (options.ShowDist2 && !found.alternate.text.empty())
+        AddTo(kDistAlternate, found.alternate, number, counts.visitors);
     if (options.ShowClickThru) AddFurther(number, facts.pages, counts.visitors);
 }
 
-void Run::AddTo(Axis axis, KnownText& label, std::uint32_t number, std::int32_t count) {
+void Run::AddTo(Axis axis, const KnownText& label, std::uint32_t number, std::int32_t count) {
     TextTable& labels = counting_->TableOf(axis).second;
     const auto look = [&labels](std::string_view text) { return labels.FindOrAdd(text); };
     counting_->Cross_Add(axis, number, label.Number(look), count);

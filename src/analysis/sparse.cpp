@@ -60,47 +60,31 @@ void SparseTable::Settle() {
         if (slot.column == kFree) {
             slot.column = wait.column;
             ++row.used;
-            columns_ = std::max(columns_, wait.column + 1);
         }
         slot.count += wait.count;
     }
     waits_ = 0;
 }
 
-// Sums by column over the parts of a row.
-class SparseTable::Sums {
-public:
-    explicit Sums(std::uint32_t columns) : counts_(columns) {}
-    void Add(const Slot& slot) {
-        if (seen_.Insert(slot.column)) {
-            columns_.push_back(slot.column);
-            counts_[slot.column] = 0;
-        }
-        counts_[slot.column] += slot.count;
-    }
-    void Write(RowLists<CrossCell>& lists) {
-        for (const std::uint32_t column : columns_) lists.Add({column, counts_[column]});
-        columns_.clear();
-        seen_.Clear();
-    }
-
-private:
-    std::vector<std::int32_t> counts_;
-    std::vector<std::uint32_t> columns_{};
-    IdSet seen_{};
-};
-
-RowLists<CrossCell> SparseTable::Finish(const RowParts& parts) {
+RowLists<CrossCell> SparseTable::Finish() {
     Settle();
-    Sums sums(columns_);
+    RowLists<CrossCell> lists;
+    for (const Row& row : rows_) {
+        for (const Slot& slot : row.All())
+            if (slot.column != kFree) lists.Add({slot.column, slot.count});
+        lists.EndRow();
+    }
+    lists.Shrink();
+    return lists;
+}
+
+RowLists<CrossCell> Joined(const RowLists<CrossCell>& cells, const RowParts& parts) {
+    KeyedSums<std::int32_t> sums;
     RowLists<CrossCell> lists;
     for (std::uint32_t row = 0; row < parts.Rows(); ++row) {
-        for (const std::uint32_t part : parts.OfRow(row)) {
-            if (part >= rows_.size()) continue;
-            for (const Slot& slot : rows_[part].All())
-                if (slot.column != kFree) sums.Add(slot);
-        }
-        sums.Write(lists);
+        for (const std::uint32_t part : parts.OfRow(row))
+            for (const CrossCell& cell : cells.OfRow(part)) sums.Of(cell.column) += cell.count;
+        sums.Take([&lists](std::uint32_t column, std::int32_t count) { lists.Add({column, count}); });
         lists.EndRow();
     }
     lists.Shrink();

@@ -45,6 +45,32 @@ private:
 // Of each row the numbers under which it was counted.
 using RowParts = RowLists<std::uint32_t>;
 
+// Sums by key, numbered from 0 without large gaps. Emptied in no time.
+template <typename Sum>
+class KeyedSums {
+public:
+    Sum& Of(std::uint32_t key) {
+        if (key >= sums_.size()) sums_.resize(std::size_t{key} + 1);
+        if (seen_.Insert(key)) {
+            keys_.push_back(key);
+            sums_[key] = {};
+        }
+        return sums_[key];
+    }
+    // Calls `write` with each key and its sum, then starts anew.
+    template <typename Write>
+    void Take(Write write) {
+        for (const std::uint32_t key : keys_) write(key, sums_[key]);
+        keys_.clear();
+        seen_.Clear();
+    }
+
+private:
+    std::vector<Sum> sums_{};
+    std::vector<std::uint32_t> keys_{};
+    IdSet seen_{};
+};
+
 // For each number below `numbers` the rows whose lists it stands in.
 RowParts Turned(const RowLists<std::uint32_t>& lists, std::uint32_t numbers);
 
@@ -52,6 +78,9 @@ struct CrossCell {
     std::uint32_t column = 0;
     std::int32_t count = 0;
 };
+
+// The cells of rows that have parts: each part's cells summed.
+RowLists<CrossCell> Joined(const RowLists<CrossCell>& cells, const RowParts& parts);
 
 // Counts by (row, column), both numbered from 0 without large gaps.
 class SparseTable {
@@ -62,8 +91,8 @@ public:
         waiting_[waits_++] = {row, column, amount};
         if (waits_ == waiting_.size()) Settle();
     }
-    // The cells of each row of `parts`, each column once, in no order.
-    RowLists<CrossCell> Finish(const RowParts& parts);
+    // The cells of each row, each column once, in no order. Nothing is added afterwards.
+    RowLists<CrossCell> Finish();
 
 private:
     static constexpr std::uint32_t kFree = 0xffffffff;
@@ -89,7 +118,6 @@ private:
         std::uint32_t column = 0;
         std::int32_t count = 0;
     };
-    class Sums;
 
     static std::uint32_t Home(std::uint32_t column, std::uint32_t mask) {
         return static_cast<std::uint32_t>((column * std::uint64_t{0x9e3779b97f4a7c15U}) >> 32U) & mask;
@@ -102,7 +130,6 @@ private:
     // What was added last. Its memory is fetched meanwhile, many places at a time, so that no addition waits for it.
     std::array<Waiting, kWaiting> waiting_{};
     std::size_t waits_ = 0;
-    std::uint32_t columns_ = 0;
     std::vector<Row> rows_{};
     std::unique_ptr<std::pmr::monotonic_buffer_resource> room_ =
         std::make_unique<std::pmr::monotonic_buffer_resource>();  // of the places

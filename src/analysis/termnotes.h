@@ -10,31 +10,31 @@
 
 namespace analysis {
 
-// A text that visits add to, with the number that the run's tables gave it: whoever holds on to it looks the text up
-// once for many visits.
+// A text that visits add to, and the place of the number that the run's tables gave it: whoever keeps the place looks
+// the text up once for many visits.
 struct KnownText {
     static constexpr std::uint32_t kNew = 0xffffffff;
 
     std::string_view text{};
-    std::uint32_t number = kNew;
+    std::uint32_t* number = nullptr;
 
     // `look` finds the number of a text.
     template <typename Look>
-    std::uint32_t Number(Look look) {
-        if (number == kNew) number = look(text);
-        return number;
+    std::uint32_t Number(Look look) const {
+        if (*number == kNew) *number = look(text);
+        return *number;
     }
 };
 
 // What a run remembers of a search term.
 struct TermNote {
-    KnownText label{};  // the text is that of the visit at hand
+    std::uint32_t label = KnownText::kNew;
     bool isCut = false;
-    std::vector<std::string> cut{};     // what a word field lists of it
-    std::vector<KnownText> values{};    // the same, of these texts
-    std::vector<std::uint32_t> rows{};  // of the values that have one
-    std::vector<std::uint32_t> open{};  // places of the values that have none yet
-    std::uint32_t bundle = 0;           // of the rows, when there are some
+    std::vector<std::string> cut{};        // what a word field lists of it
+    std::vector<std::uint32_t> numbers{};  // of these texts
+    std::vector<std::uint32_t> rows{};     // of those that have one
+    std::vector<std::uint32_t> open{};     // places of those that have none yet
+    std::uint32_t bundle = 0;              // of the rows, when there are some
     bool isSplit = false;
     std::vector<std::uint32_t> words{};  // numbers in the list of words
 };

@@ -12,13 +12,21 @@ bool TextTable::Is(const Slot& slot, std::uint32_t hash, std::string_view text) 
     return length == text.size() && (length == 0 || std::memcmp(slot.text, text.data(), length) == 0);
 }
 
+std::size_t TextTable::PlaceOf(std::string_view text, std::uint32_t hash) const {
+    std::size_t at = hash & (slots_.size() - 1);
+    while (slots_[at].text != nullptr && !Is(slots_[at], hash, text)) at = (at + 1) & (slots_.size() - 1);
+    return at;
+}
+
+std::optional<std::uint32_t> TextTable::Find(std::string_view text) const {
+    const Slot& slot = slots_[PlaceOf(text, HashOf(text))];
+    return slot.text != nullptr ? std::optional(slot.id) : std::nullopt;
+}
+
 std::uint32_t TextTable::FindOrAdd(std::string_view text) {
     const std::uint32_t hash = HashOf(text);
-    std::size_t at = hash & (slots_.size() - 1);
-    while (slots_[at].text != nullptr) {
-        if (Is(slots_[at], hash, text)) return slots_[at].id;
-        at = (at + 1) & (slots_.size() - 1);
-    }
+    const std::size_t at = PlaceOf(text, hash);
+    if (slots_[at].text != nullptr) return slots_[at].id;
     const std::uint32_t id = Size();
     const char* kept = Keep(text);
     texts_.emplace_back(kept, text.size());
@@ -60,11 +68,6 @@ void IdSet::Clear() {
     round_ = 1;
 }
 
-bool IdSet::Insert(std::uint32_t id) {
-    if (id >= rounds_.size()) rounds_.resize(std::max<std::size_t>(id + 1, rounds_.size() * 2));
-    if (rounds_[id] == round_) return false;
-    rounds_[id] = round_;
-    return true;
-}
+void IdSet::Grow(std::uint32_t id) { rounds_.resize(std::max<std::size_t>(id + 1, rounds_.size() * 2)); }
 
 }  // namespace analysis

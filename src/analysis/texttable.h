@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +15,7 @@ namespace analysis {
 class TextTable {
 public:
     std::uint32_t FindOrAdd(std::string_view text);
+    std::optional<std::uint32_t> Find(std::string_view text) const;
     // Fetches what a look-up of the text soon will need.
     void Expect(std::string_view text) const { __builtin_prefetch(&slots_[HashOf(text) & (slots_.size() - 1)]); }
     std::string_view Text(std::uint32_t id) const { return texts_[id]; }
@@ -33,6 +35,8 @@ private:
         return static_cast<std::uint32_t>(wide ^ (wide >> 32U));
     }
     static bool Is(const Slot& slot, std::uint32_t hash, std::string_view text);
+    // Where the text stands, or the free slot where it would.
+    std::size_t PlaceOf(std::string_view text, std::uint32_t hash) const;
     const char* Keep(std::string_view text);
     void Grow();
 
@@ -47,9 +51,17 @@ private:
 class IdSet {
 public:
     void Clear();
-    bool Insert(std::uint32_t id);  // false: it was there
+    // False: it was there.
+    bool Insert(std::uint32_t id) {
+        if (id >= rounds_.size()) Grow(id);
+        if (rounds_[id] == round_) return false;
+        rounds_[id] = round_;
+        return true;
+    }
 
 private:
+    void Grow(std::uint32_t id);
+
     std::vector<std::uint32_t> rounds_{};
     std::uint32_t round_ = 1;
 };

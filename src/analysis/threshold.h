@@ -21,7 +21,7 @@ public:
         std::int32_t row = -1;  // -1: it has none yet; tell the new one by SetRow
         std::uint32_t id = 0;
     };
-    Kept Hash_Keep(KnownText& value) {
+    Kept Hash_Keep(const KnownText& value) {
         const std::uint32_t id = value.Number([this](std::string_view text) { return values_.FindOrAdd(text); });
         if (id == states_.size()) states_.push_back(0);
         std::int32_t& state = states_[id];
@@ -29,7 +29,11 @@ public:
         if (++state <= threshold_) return {};
         return {true, state, -1, id};
     }
-    void Expect(std::string_view value) const { values_.Expect(value); }
+    std::string_view Text(std::uint32_t id) const { return values_.Text(id); }
+    // Fetches what Hash_Keep soon will need.
+    void Expect(const KnownText& value) const {
+        if (*value.number == KnownText::kNew) values_.Expect(value.text);
+    }
     void SetRow(std::uint32_t id, std::int32_t row) { states_[id] = -row; }
 
 private:

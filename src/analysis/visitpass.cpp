@@ -36,7 +36,7 @@ VisitPass::VisitPass(core::Env& env, sitedb::Site& site, const SrchTrmData& resu
       shown_(site.Pages(), results.options.Show(), results.CDSNoCntSurfToFileTypes, results.CDSCntAsPageForAvgPages),
       referrers_(ReferrersFor(field_, site)),
       reader_(site.Db(), shown_, {.names = wants.names || NeedsNames(field_), .bytes = wants.bytes}),
-      values_(field_, shown_, referrers_ ? &*referrers_ : nullptr, wants.notes) {
+      values_(field_, shown_, referrers_ ? &*referrers_ : nullptr, wants.use, wants.notes) {
     if (area) area_ = Area_Pages(env.ini, site, *area);
 }
 

@@ -29,6 +29,7 @@ public:
     struct Wants {
         bool names = false;  // further names, also where the field has no need of them
         bool bytes = false;
+        ValueUse use = ValueUse::Listed;
         bool notes = false;  // of terms, also where the field has no need of them
     };
     // `results` holds the options of the run. An area limits the pass to visits that touched it.

@@ -54,7 +54,7 @@ private:
         if (!pass.Counts(visit)) return;
         VisitPageList* const pages = pass.Pages(visit);
         if (pages == nullptr) return;
-        const auto wanted = [this](const KnownText* value) { return wanted_.contains(value->text); };
+        const auto wanted = [this](const KnownText& value) { return wanted_.contains(value.text); };
         if (std::ranges::none_of(pass.Values(visit, *pages).values, wanted)) return;
         ++found.count;
         if (found.visits.size() >= most_) return;

@@ -15,14 +15,21 @@ std::string Share(double count, double visitors) {
 
 // The text is full after a few labels of many: they are put in order as they are needed, each time as many again.
 constexpr std::size_t kSortFirst = 32;
+constexpr std::size_t kUsualLabel = 32;  // bytes of text
+
+bool StandsBefore(const LabelCount& a, const LabelCount& b) {
+    return a.count != b.count ? a.count > b.count : a.label > b.label;
+}
 
 // Gives how many are in order.
 std::size_t SortMore(std::vector<LabelCount>& pairs, std::size_t sorted) {
     const auto place = [&pairs](std::size_t at) { return pairs.begin() + static_cast<std::ptrdiff_t>(at); };
-    const std::size_t next = std::min(pairs.size(), std::max(kSortFirst, sorted * 2));
-    std::ranges::partial_sort(place(sorted), place(next), pairs.end(), [](const LabelCount& a, const LabelCount& b) {
-        return a.count != b.count ? a.count > b.count : a.label > b.label;
-    });
+    const std::size_t next = std::max(kSortFirst, sorted * 2);
+    if (next >= pairs.size()) {
+        std::ranges::sort(place(sorted), pairs.end(), StandsBefore);
+        return pairs.size();
+    }
+    std::ranges::partial_sort(place(sorted), place(next), pairs.end(), StandsBefore);
     return next;
 }
 
@@ -31,6 +38,7 @@ std::size_t SortMore(std::vector<LabelCount>& pairs, std::size_t sorted) {
 std::string DistributionText(const analysis::CrossTable& table, std::vector<LabelCount> pairs, double visitors,
                              std::size_t limit) {
     std::string text;
+    text.reserve(std::min(limit, pairs.size() * kUsualLabel));
     std::size_t sorted = 0;
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         if (i == sorted) sorted = SortMore(pairs, sorted);

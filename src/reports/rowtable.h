@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "analysis/texttable.h"
 
 namespace reports {
 
@@ -24,7 +24,8 @@ private:
         std::size_t count = 0;
     };
     std::vector<std::int32_t> all_{};
-    std::unordered_map<std::string, Part> parts_{};
+    analysis::TextTable cells_{};
+    std::vector<Part> parts_{};  // by number of the cell's text
 };
 
 }  // namespace reports

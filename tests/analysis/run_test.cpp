@@ -1,6 +1,7 @@
 #include "analysis/run.h"
 
 #include <algorithm>
+#include <map>
 
 #include "analysis/fields.h"
 #include "core/dates.h"
@@ -25,8 +26,8 @@ TEST(CVNA_VisitsAnalyse, OpensARowAtTheThresholdAndCreditsVisitorsAlone) {
     ASSERT_TRUE(results);
     EXPECT_EQ(results->threshold, 3);
     EXPECT_EQ(Rows(*results), (Texts{"shoes 5/2/4"}));  // what was done on the site is known of two visits
-    ASSERT_EQ(results->DistSE.cross.OfRow(1).size(), 1U);
-    EXPECT_EQ(results->DistSE.cross.OfRow(1)[0].count, 5);
+    ASSERT_EQ(results->DistSE.cells.OfRow(1).size(), 1U);
+    EXPECT_EQ(results->DistSE.cells.OfRow(1)[0].count, 5);
     EXPECT_EQ(results->table.STs[0], "");
     EXPECT_EQ(results->table.Visitors[0], 0);
 
@@ -101,8 +102,10 @@ TEST(CVNA_VisitsAnalyse, CountsAVisitOncePerPageThatTwoNumbersShare) {
 
 std::string Cross(const CrossTable& table, std::uint32_t row) {
     std::string text;
-    for (const SparseTable::Cell& cell : table.cross.OfRow(row))
-        text += std::string(table.second.STs.Text(cell.column)) + "=" + std::to_string(cell.count) + ";";
+    std::vector<CrossCell> cells(table.cells.OfRow(row).begin(), table.cells.OfRow(row).end());
+    std::ranges::sort(cells, {}, &CrossCell::column);
+    for (const CrossCell& cell : cells)
+        text += std::string(table.second.Text(cell.column)) + "=" + std::to_string(cell.count) + ";";
     return text;
 }
 
@@ -131,6 +134,47 @@ TEST(CVNA_VisitsAnalyse, CollectsDistributionsAndClickThrough) {
     s.user.WillPress(1);
     EXPECT_FALSE(s.Analyse(request)->options.ShowClickThru);
     EXPECT_EQ(s.user.asked.size(), 1U);
+}
+
+std::string Series(const SrchTrmData& results, std::uint32_t row) {
+    std::map<std::int32_t, DayCounts> days;
+    results.table.days.ForEach(
+        row, [&](std::int32_t day, const DayCounts& counts) { EXPECT_TRUE(days.emplace(day, counts).second) << day; });
+    std::string text;
+    for (const auto& [day, counts] : days)
+        text += std::to_string(day) + ":" + std::to_string(counts.visitors) + "/" + std::to_string(counts.stayed) +
+                "/" + std::to_string(counts.targets[0]) + " ";
+    return text;
+}
+
+// Words come up one after the other, some through another term than the one that brought them first.
+TEST(CVNA_VisitsAnalyse, CountsEachValueOfATermFromItsOwnThresholdOn) {
+    TestSite s;
+    s.Visit({.stamp = 20260105100000, .term = "red shoes", .engine = "G", .pages = {"a.htm", "b.htm"}});
+    s.Visit({.stamp = 20260105110000, .term = "red hat", .engine = "G", .pages = {"a.htm"}});
+    s.Visit({.stamp = 20260106100000, .term = "red shoes", .engine = "G", .pages = {"a.htm", "b.htm"}});
+    s.Visit({.stamp = 20260106110000, .term = "red shoes", .engine = "G", .pages = {"a.htm"}});
+    s.Visit({.stamp = 20260107100000, .term = "red hat", .engine = "G", .pages = {"a.htm", "b.htm", "c.htm"}});
+    s.Put("LstTgts", "C : x");
+    Tgt_WriteSection(s.ini, "Target 1", {"", kAny, 0, {{logdefs::kContains, "b.htm", false}}}, s.site->Paths().targets);
+    AnalysisRequest request = s.Request(kWords);
+    request.options.ShowDist1 = request.options.ShowClickThru = request.AnalTgt = true;
+    request.threshold = 2;
+    const auto results = s.Analyse(request);
+    EXPECT_EQ(Rows(*results), (Texts{"red 5/2/3", "shoes 3/1/1", "hat 2/1/2"}));
+    EXPECT_EQ(results->table.TargetCnt[0], (std::vector<std::int32_t>{0, 2, 1, 1}));
+    const struct {
+        const char *terms, *further, *days;
+    } rows[] = {
+        {"red hat=3;red shoes=2;", "/b.htm=2;/c.htm=1;", "0:2/0/0 1:2/1/1 2:1/1/1 "},
+        {"red shoes=3;", "/b.htm=2;", "1:3/1/1 "},
+        {"red hat=2;", "/b.htm=2;/c.htm=2;", "2:2/1/1 "},
+    };
+    for (std::uint32_t row = 1; row <= std::size(rows); ++row) {
+        EXPECT_EQ(Cross(results->DistSE, row), rows[row - 1].terms);
+        EXPECT_EQ(Cross(results->DistClickThru, row), rows[row - 1].further);
+        EXPECT_EQ(Series(*results, row), rows[row - 1].days);
+    }
 }
 
 TEST(CVNA_VisitsAnalyse, LimitsVisitsByTermDateAndArea) {
@@ -171,12 +215,7 @@ TEST(CVNA_VisitsAnalyse, ReadsOverflowedClickListsAndKeepsTheSeriesByDay) {
     s.Visit({.stamp = 20260103240000, .term = "t", .engine = "G", .pages = {"a.htm"}, .end = 20260105000000});
     const auto results = s.Analyse(s.Request(kTerm));
     EXPECT_EQ(Rows(*results), (Texts{"t 3/1/199"}));
-    std::string series;
-    results->table.days.ForEach(1, [&](std::int32_t day, const DayCounts& counts) {
-        series += std::to_string(day) + ":" + std::to_string(counts.visitors) + "/" + std::to_string(counts.stayed);
-        series += " ";
-    });
-    EXPECT_EQ(series, "3:1/0 2:1/0 0:1/1 ");  // 24:00:00 lies in the next day
+    EXPECT_EQ(Series(*results, 1), "0:1/1/0 2:1/0/0 3:1/0/0 ");  // 24:00:00 lies in the next day
 }
 
 TEST(CVNA_VisitsAnalyse, CountsTheWordsOfTerms) {

@@ -12,6 +12,7 @@
 #include <QTextBrowser>
 #include <QUrl>
 
+#include "analysis/counting.h"
 #include "core/inistore.h"
 #include "desktop/application.h"
 #include "desktop/arrange.h"
@@ -140,7 +141,9 @@ TEST_F(MainWindowTest, TheReportInFrontIsFoundAndAllGoWithTheSite) {
         results->Analyzed_Field = analysis::kTerm;
         results->siteName = "a & b";
         results->days = {46000, 3};
-        results->table.Result_Add(0, value, {}, 0, -1);
+        analysis::Counting counting(*results);
+        counting.Result_Add(counting.NewRow(value), 0, {});
+        counting.Finish();
         window.OpenReport(std::make_unique<reports::ReportModel>(env, analyses.Analysis_New(std::move(results)),
                                                                  reports::ReportKind::All, "Targets"));
     };

@@ -16,7 +16,7 @@ class ReportWindows : public testsupport::Handmade {
 protected:
     ReportWindows() {
         results.WordListsOn = true;
-        results.words.Add("shoes");
+        Word("shoes");
         Add("one", 3, 1, 2);
         Add("two <b>shoes</b>", 8, 0, 0, {}, 4);
         Finish();

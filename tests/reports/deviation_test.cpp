@@ -142,10 +142,11 @@ TEST_F(DeviationCells, SmallChangesKeepTheirSign) {
     // 10 days of February: 1000 a day but for the last, which has one more (or one less).
     results.days = DaysOf(Day(2026, 2, 1), Day(2026, 2, 10));
     for (const std::int32_t more : {1, -1}) {
-        results.table = {};
+        StartAnew();
         Add("even", 1000, 0, 0, {}, 0);
         for (std::int32_t day = 1; day < 9; ++day) More(1, 1000, day);
         More(1, 1000 + more, 9);
+        Finish();
         const Deviation columns(results.days, {.DevDays = 1});
         EXPECT_EQ(columns.OfValue(results.table, 1)[1], more > 0 ? "+0 %" : "-0 %");
     }

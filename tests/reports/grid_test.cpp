@@ -74,7 +74,7 @@ TEST_F(Reports, DistributionsEndAtTheirLimit) {
     Add("b", 1, 0, 0);
     Add("c", 1, 0, 0);
     const auto cross = [&](std::uint32_t row, const std::string& label, std::int32_t count) {
-        results.DistSE.Cross_Add(row, label, count);
+        Cross(analysis::kDistSE, row, label, count);
     };
     cross(1, "G", 1);
     cross(1, "B", 2);
@@ -86,13 +86,15 @@ TEST_F(Reports, DistributionsEndAtTheirLimit) {
     EXPECT_EQ(grid.Cell(1, grid.dGcol_Dist0), "G 2 [100%]\r\n");
     EXPECT_EQ(grid.Cell(3, grid.dGcol_Dist0), "");
 
-    results.DistSE = {};
+    StartAnew();
+    Add("a", 4, 0, 0);
     const std::string wide(588, 'w');  // 588 + " 3 [75%]" and a line break are 598 bytes
     cross(1, wide, 3);
     cross(1, "last", 1);
     grid = Show(ReportKind::Top, 1);
     EXPECT_EQ(grid.Cell(0, grid.dGcol_Dist0), wide + " 3 [75%]\r\nlast 1 [25%]\r\n");  // over, and none left
-    results.DistSE = {};
+    StartAnew();
+    Add("a", 4, 0, 0);
     cross(1, wide + "www", 3);
     cross(1, "last", 1);
     grid = Show(ReportKind::Top, 1);
@@ -116,7 +118,10 @@ TEST_F(Reports, ValuesBehindALineAreFoundByItsText) {
 }
 
 TEST_F(Reports, LinesBeyondTheLimitAreShownAndNotSummed) {
-    for (std::size_t i = 0; i < kListLimit + 2; ++i) Add("v" + std::to_string(i), 1, 0, 0);
+    const auto addMany = [this] {
+        for (std::size_t i = 0; i < kListLimit + 2; ++i) Add("v" + std::to_string(i), 1, 0, 0);
+    };
+    addMany();
     user.WillPress(1);
     const ReportGrid all = Show(ReportKind::All);
     EXPECT_EQ(all.rows.size(), kListLimit + 3 + 2);
@@ -125,6 +130,8 @@ TEST_F(Reports, LinesBeyondTheLimitAreShownAndNotSummed) {
 
     user.WillPress(1);  // more values share the lowest count than the list can hold
     EXPECT_TRUE(Show(ReportKind::Top, 10).rows.empty());
+    StartAnew();
+    addMany();
     Add("frequent", 2, 0, 0);
     const ReportGrid top = Show(ReportKind::Top, 1);
     EXPECT_EQ(top.rows.size(), 4U);
@@ -151,6 +158,7 @@ TEST_F(Reports, SummaryCountsTheWholeAnalysisAndItsLastDays) {
     results.Targets = {{"Buy", analysis::kAny, 0, {{2, "buy", false}}}};
     Add("a", 20, 0, 0, {5, 0, 0, 0}, 9);
     Add("b", 30, 0, 0, {3, 0, 0, 0}, 10);
+    Finish();
     EXPECT_EQ(SummaryText(results),
               "Total Visits: 1,234\r\rSelected Visits: 50 [ Average: 1.3/day]\rbuy: 8 [16% Average: 0.2/day]\r\r" +
                   std::string(60, '-') +

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "analysis/counting.h"
 #include "analysis/fields.h"
 #include "reports/lines.h"
 #include "tests/analysis/testsite.h"
@@ -24,20 +26,36 @@ protected:
     }
     std::int32_t Add(std::string_view value, std::int32_t visitors, std::int32_t stayed, std::int32_t pages,
                      std::array<std::int32_t, 4> targets = {}, std::int32_t day = 0) {
-        return results.table.Result_Add(day, value,
-                                        {.visitors = visitors, .pages = pages, .stayed = stayed, .targets = targets},
-                                        results.Targets.size(), -1);
+        const std::uint32_t row = counting->NewRow(value);
+        Count(row, day, {.visitors = visitors, .pages = pages, .stayed = stayed, .targets = targets});
+        return static_cast<std::int32_t>(row);
     }
     // Visits of a value that is there, on another day.
     void More(std::int32_t row, std::int32_t visitors, std::int32_t day, std::int32_t stayed = 0,
               std::array<std::int32_t, 4> targets = {}) {
-        results.table.Result_Add(day, results.table.STs[static_cast<std::size_t>(row)],
-                                 {.visitors = visitors, .pages = stayed, .stayed = stayed, .targets = targets},
-                                 results.Targets.size(), row);
+        Count(static_cast<std::uint32_t>(row), day,
+              {.visitors = visitors, .pages = stayed, .stayed = stayed, .targets = targets});
     }
+    void Count(std::uint32_t row, std::int32_t day, const analysis::VisitCounts& counts) {
+        counting->Result_Add(row, day, counts);
+    }
+    void Cross(analysis::Axis axis, std::uint32_t row, std::string_view label, std::int32_t count) {
+        counting->Cross_Add(axis, row, counting->TableOf(axis).second.FindOrAdd(label), count);
+    }
+    void Word(std::string_view word) {
+        const std::uint32_t number = results.words.NumberOf(word);
+        ++results.words.Visitors[number];
+    }
+    // Nothing is added afterwards but to new results.
     void Finish() {
+        if (counting) counting->Finish();
+        counting.reset();
+    }
+    void StartAnew() {
+        results.table = {};
         for (analysis::CrossTable* table : {&results.DistSE, &results.DistAlternate, &results.DistClickThru})
-            table->cross.Finish();
+            *table = {};
+        counting.emplace(results);
     }
     reports::ReportGrid Show(reports::ReportKind kind, std::int32_t number = 20) {
         Finish();
@@ -53,6 +71,7 @@ protected:
     }
 
     analysis::SrchTrmData results{};
+    std::optional<analysis::Counting> counting{std::in_place, results};
     const reports::Deviation* deviation = nullptr;
     testsupport::ScriptedUser user{};
     testsupport::FakeProgress progress{};

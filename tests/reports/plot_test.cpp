@@ -23,6 +23,7 @@ protected:
         More(1, 3, 7);
         More(1, 5, 13, 1);
         Add("paris", 2, 0, 0, {}, 13);
+        Finish();
     }
     ChartData Of(std::vector<std::int32_t> indexes, PlotOptions options, std::int32_t removed = 0,
                  const std::string& dates = "") {

@@ -31,7 +31,7 @@ TEST_F(Words, FrequenciesOfTheLinesOfAReport) {
 }
 
 TEST_F(Words, TheWordGridIsSortedByUsers) {
-    for (const char* word : {"a", "b", "b", "c"}) results.words.Add(word);
+    for (const char* word : {"a", "b", "b", "c"}) Word(word);
     EXPECT_EQ(Shown(pFillWordGrid(results)), (testsupport::Texts{"b 2", "a 1", "c 1"}));
 }
 
