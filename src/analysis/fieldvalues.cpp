@@ -21,7 +21,12 @@ std::uint32_t* EntryOf(std::deque<std::uint32_t>& entries, std::uint32_t number)
 }  // namespace
 
 FieldValues::FieldValues(int field, ShownPages& shown, sitedb::VisitReferrers* referrers, ValueUse use, bool notes)
-    : field_(field), shown_(shown), referrers_(referrers), use_(use), notesWanted_(notes || IsWordField(field)) {}
+    : field_(field),
+      shown_(shown),
+      referrers_(referrers),
+      use_(use),
+      notesWanted_(notes || IsWordField(field) || (use == ValueUse::Counted && field == kTermAndStart)),
+      termStarts_(shown) {}
 
 KnownText FieldValues::Name(std::uint32_t name) { return {shown_.Name(name), EntryOf(names_, name)}; }
 
@@ -49,6 +54,7 @@ KnownText FieldValues::Made(std::string_view text) {
 
 const VisitValues& FieldValues::pValuesForField(const sitedb::AnalysisRow& visit, VisitPageList& pages) {
     found_.values.clear();
+    found_.termStart.reset();
     found_.term = notesWanted_ && !visit.StzdSearchTerm.empty() ? &notes_.Of(visit.StzdSearchTerm) : nullptr;
     const bool ofTerms = field_ >= kEngine;
     found_.firstDistribution = ofTerms ? Term(visit) : Engine(visit);
@@ -70,8 +76,7 @@ void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pa
             found_.values.push_back(Start(pages));
             break;
         case kTermAndStart:
-            room_.assign(visits::Visit_STLabel(visit)).append(" - ").append(Start(pages).text);
-            found_.values.push_back(Made(room_));
+            TermAndStart(visit, pages);
             break;
         case kExitPage:
             ExitPage(pages);
@@ -95,6 +100,17 @@ void FieldValues::ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pa
         default:
             Words(visit);
     }
+}
+
+void FieldValues::TermAndStart(const sitedb::AnalysisRow& visit, const VisitPageList& pages) {
+    const std::string_view term = visits::Visit_STLabel(visit);
+    if (use_ == ValueUse::Counted && pages.start != VisitPageList::kNoStart) {
+        std::uint32_t& number = found_.term != nullptr ? found_.term->ofStarts : noTermStart_;
+        found_.termStart = termStarts_.Of(term, number, static_cast<std::uint32_t>(pages.start));
+        if (found_.termStart) return;
+    }
+    room_.assign(term).append(kTermStartJoint).append(Start(pages).text);
+    found_.values.push_back(Made(room_));
 }
 
 // The click-through of an exit page shows what led to it: the start comes in, the exit page goes out.

@@ -1,18 +1,19 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "analysis/shownpages.h"
 #include "analysis/termnotes.h"
+#include "analysis/termstarts.h"
 #include "analysis/visitreader.h"
 #include "sitedb/analysisrows.h"
 
 namespace analysis {
 
-inline constexpr std::string_view kNoPages = "No pages requested of selected types";
 inline constexpr std::string_view kOnlySkipped = "Only Skipped File Types";
 inline constexpr std::string_view kTrackBreak = "\r\n";
 
@@ -20,8 +21,11 @@ inline constexpr std::string_view kTrackBreak = "\r\n";
 // texts are remembered where that pays. A text is in one place only for the whole run: value, alternate or
 // distribution.
 struct VisitValues {
-    std::vector<KnownText> values{};  // of a word field none where they are counted: its term's note has them
-    KnownText alternate{};            // "" where the field has none
+    // Where they are counted, those of a word field are left to its term's note, and that of a term and its start
+    // may come as numbers.
+    std::vector<KnownText> values{};
+    std::optional<TermStart> termStart{};
+    KnownText alternate{};  // "" where the field has none
     KnownText firstDistribution{};
     TermNote* term = nullptr;  // none: no term, or notes were not asked for
 };
@@ -40,6 +44,7 @@ public:
     void Expect(const sitedb::AnalysisRow& visit) const {
         if (notesWanted_) notes_.Expect(visit.StzdSearchTerm);
     }
+    std::string Text(const TermStart& value) const { return termStarts_.Text(value); }
     // Of an exit page also puts what led to it into the list of further names.
     const VisitValues& pValuesForField(const sitedb::AnalysisRow& visit, VisitPageList& pages);
 
@@ -50,6 +55,7 @@ private:
     void Dirs(const VisitPageList& pages);
     void Words(const sitedb::AnalysisRow& visit);
     void ListValues(const sitedb::AnalysisRow& visit, VisitPageList& pages);
+    void TermAndStart(const sitedb::AnalysisRow& visit, const VisitPageList& pages);
     KnownText Term(const sitedb::AnalysisRow& visit);
     KnownText Engine(const sitedb::AnalysisRow& visit);
     KnownText Name(std::uint32_t name);
@@ -65,9 +71,11 @@ private:
     std::string room_{};
     IdSet seen_{};
     TermNotes notes_{};
+    TermStarts termStarts_;
     // Numbers, by number of the shown name and of its folder. They never move.
     std::deque<std::uint32_t> names_{}, dirs_{};
     std::uint32_t noPages_ = KnownText::kNew, noTerm_ = KnownText::kNew;
+    std::uint32_t noTermStart_ = TermStarts::kUnknown;
     std::uint32_t term_ = 0, engine_ = 0, made_ = 0;  // of the visit at hand: not remembered
 };
 

@@ -101,9 +101,13 @@ private:
     void Analyse_Prepare();
     void ReadVisits();
     void Visit(const sitedb::AnalysisRow& visit);
-    void AddValue(const KnownText& value, const VisitFacts& facts);
+    void Expect(const VisitValues& found) const;
+    void AddValues(const VisitFacts& facts);
     void AddTerm(TermNote& note, const VisitFacts& facts);
-    std::uint32_t RowOf(const ThresholdHash::Kept& kept);
+    template <typename MakeText>
+    void AddKept(const ThresholdHash::Kept& kept, MakeText text, const VisitFacts& facts);
+    template <typename MakeText>
+    std::uint32_t RowOf(const ThresholdHash::Kept& kept, MakeText text);
     void Count(std::uint32_t number, VisitCounts counts, const VisitFacts& facts);
     void AddTo(Axis axis, const KnownText& label, std::uint32_t number, std::int32_t count);
     void AddFurther(std::uint32_t number, const VisitPageList& pages, std::int32_t count);
@@ -224,7 +228,7 @@ void Run::Visit(const sitedb::AnalysisRow& visit) {
     VisitPageList& pages = *touched;
     day_ = dayIndex_->Of(visit.StartTimeStamp);
     const VisitValues& found = pass_->Values(visit, pages);
-    if (!found.values.empty()) hash_->Expect(found.values.front());
+    Expect(found);
     VisitFacts facts{.found = found, .pages = pages};
     facts.counts.pages = pages.further;
     facts.counts.stayed = pages.further > 0 ? 1 : 0;
@@ -234,25 +238,41 @@ void Run::Visit(const sitedb::AnalysisRow& visit) {
     if (IsWordField(request_.field)) {
         if (found.term != nullptr) AddTerm(*found.term, facts);
     } else {
-        for (const KnownText& value : found.values) AddValue(value, facts);
+        AddValues(facts);
     }
     if (request_.WordListsOn && found.term != nullptr) AddWords(visit.StzdSearchTerm, *found.term);
 }
 
-std::uint32_t Run::RowOf(const ThresholdHash::Kept& kept) {
-    if (kept.row >= 0) return static_cast<std::uint32_t>(kept.row);
-    const std::uint32_t row = counting_->NewRow(hash_->Text(kept.id));
-    hash_->SetRow(kept.id, static_cast<std::int32_t>(row));
-    return row;
+void Run::Expect(const VisitValues& found) const {
+    if (found.termStart) hash_->Expect(*found.termStart);
+    if (!found.values.empty()) hash_->Expect(found.values.front());
 }
 
-void Run::AddValue(const KnownText& value, const VisitFacts& facts) {
-    const ThresholdHash::Kept kept = hash_->Hash_Keep(value);
+void Run::AddValues(const VisitFacts& facts) {
+    const VisitValues& found = facts.found;
+    if (found.termStart)
+        AddKept(
+            hash_->Hash_Keep(*found.termStart), [&] { return pass_->Text(*found.termStart); }, facts);
+    for (const KnownText& value : found.values)
+        AddKept(
+            hash_->Hash_Keep(value), [&] { return value.text; }, facts);
+}
+
+template <typename MakeText>
+void Run::AddKept(const ThresholdHash::Kept& kept, MakeText text, const VisitFacts& facts) {
     if (!kept.keep) return;
     // Only visitors are credited with the sightings before; what the visits did on the site is counted from here on.
     VisitCounts counts = facts.counts;
     counts.visitors = kept.count;
-    Count(RowOf(kept), counts, facts);
+    Count(RowOf(kept, text), counts, facts);
+}
+
+template <typename MakeText>
+std::uint32_t Run::RowOf(const ThresholdHash::Kept& kept, MakeText text) {
+    if (kept.row >= 0) return static_cast<std::uint32_t>(kept.row);
+    const std::uint32_t row = counting_->NewRow(text());
+    hash_->SetRow(kept, row);
+    return row;
 }
 
 // The values of a term that have rows always come together, so they are counted as one.
@@ -262,7 +282,7 @@ void Run::AddTerm(TermNote& note, const VisitFacts& facts) {
     std::erase_if(note.open, [&](std::uint32_t place) {
         const ThresholdHash::Kept kept = hash_->Hash_Keep({note.cut[place], &note.numbers[place]});
         if (!kept.keep) return false;
-        note.rows.push_back(RowOf(kept));
+        note.rows.push_back(RowOf(kept, [&] { return std::string_view(note.cut[place]); }));
         if (kept.count > 1) credits_.push_back({note.rows.back(), kept.count - 1});
         return true;
     });

@@ -14,6 +14,9 @@ class PageList;
 
 namespace analysis {
 
+// Stands for the start of a visit that asked for skipped types only.
+inline constexpr std::string_view kNoPages = "No pages requested of selected types";
+
 // What a run has to know of a page.
 struct PageFact {
     std::uint32_t name = 0;   // of its shown name; pages can share one

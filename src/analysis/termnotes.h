@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/termstarts.h"
 #include "analysis/texttable.h"
 
 namespace analysis {
@@ -29,6 +30,7 @@ struct KnownText {
 // What a run remembers of a search term.
 struct TermNote {
     std::uint32_t label = KnownText::kNew;
+    std::uint32_t ofStarts = TermStarts::kUnknown;
     bool isCut = false;
     std::vector<std::string> cut{};        // what a word field lists of it
     std::vector<std::uint32_t> numbers{};  // of these texts

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace analysis {
 
@@ -60,6 +61,31 @@ void TextTable::Grow() {
         wider[at] = slot;
     }
     slots_ = std::move(wider);
+}
+
+PairTable::Slot& PairTable::SlotOf(std::uint64_t pair) {
+    std::size_t at = HomeOf(pair);
+    while (slots_[at].used && slots_[at].pair != pair) at = (at + 1) & (slots_.size() - 1);
+    return slots_[at];
+}
+
+void PairTable::Grow() {
+    const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(slots_.size() * 2));
+    for (const Slot& slot : old)
+        if (slot.used) SlotOf(slot.pair) = slot;
+}
+
+std::int32_t& PairTable::Of(std::uint32_t first, std::uint32_t second) {
+    const std::uint64_t pair = PairOf(first, second);
+    Slot* slot = &SlotOf(pair);
+    if (!slot->used) {
+        if (++used_ * 3 > slots_.size() * 2) {
+            Grow();
+            slot = &SlotOf(pair);
+        }
+        *slot = {pair, 0, true};
+    }
+    return slot->count;
 }
 
 void IdSet::Clear() {

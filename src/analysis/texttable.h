@@ -47,6 +47,36 @@ private:
     std::size_t left_ = 0;
 };
 
+// A count for each pair of numbers, 0 at first.
+class PairTable {
+public:
+    // Fetches what Of soon will need.
+    void Expect(std::uint32_t first, std::uint32_t second) const {
+        __builtin_prefetch(&slots_[HomeOf(PairOf(first, second))]);
+    }
+    // Stands until the next call.
+    std::int32_t& Of(std::uint32_t first, std::uint32_t second);
+
+private:
+    struct Slot {
+        std::uint64_t pair = 0;
+        std::int32_t count = 0;
+        bool used = false;
+    };
+
+    static std::uint64_t PairOf(std::uint32_t first, std::uint32_t second) {
+        return std::uint64_t{first} << 32U | second;
+    }
+    std::size_t HomeOf(std::uint64_t pair) const {
+        return static_cast<std::size_t>((pair * 0x9e3779b97f4a7c15U) >> 32U) & (slots_.size() - 1);
+    }
+    Slot& SlotOf(std::uint64_t pair);
+    void Grow();
+
+    std::vector<Slot> slots_{std::vector<Slot>(64)};
+    std::size_t used_ = 0;
+};
+
 // A set of small numbers that is emptied in no time.
 class IdSet {
 public:

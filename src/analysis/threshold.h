@@ -18,28 +18,33 @@ public:
     struct Kept {
         bool keep = false;
         std::int32_t count = 0;
-        std::int32_t row = -1;  // -1: it has none yet; tell the new one by SetRow
-        std::uint32_t id = 0;
+        std::int32_t row = -1;          // -1: it has none yet; tell the new one by SetRow, before the next value
+        std::int32_t* state = nullptr;  // sightings so far, or less the row
     };
     Kept Hash_Keep(const KnownText& value) {
         const std::uint32_t id = value.Number([this](std::string_view text) { return values_.FindOrAdd(text); });
         if (id == states_.size()) states_.push_back(0);
-        std::int32_t& state = states_[id];
-        if (state < 0) return {true, 1, -state, id};
-        if (++state <= threshold_) return {};
-        return {true, state, -1, id};
+        return Sighted(states_[id]);
     }
-    std::string_view Text(std::uint32_t id) const { return values_.Text(id); }
-    // Fetches what Hash_Keep soon will need.
+    Kept Hash_Keep(const TermStart& value) { return Sighted(pairs_.Of(value.term, value.start)); }
+    static void SetRow(const Kept& kept, std::uint32_t row) { *kept.state = -static_cast<std::int32_t>(row); }
+    // Fetch what Hash_Keep soon will need.
     void Expect(const KnownText& value) const {
         if (*value.number == KnownText::kNew) values_.Expect(value.text);
     }
-    void SetRow(std::uint32_t id, std::int32_t row) { states_[id] = -row; }
+    void Expect(const TermStart& value) const { pairs_.Expect(value.term, value.start); }
 
 private:
+    Kept Sighted(std::int32_t& state) const {
+        if (state < 0) return {true, 1, -state, &state};
+        if (++state <= threshold_) return {};
+        return {true, state, -1, &state};
+    }
+
     std::int32_t threshold_;
     TextTable values_{};
-    std::vector<std::int32_t> states_{};  // sightings so far, or less the row
+    std::vector<std::int32_t> states_{};
+    PairTable pairs_{};  // states of the values that are told by their numbers
 };
 
 }  // namespace analysis

@@ -53,6 +53,7 @@ public:
         return values_.pValuesForField(visit, pages);
     }
     std::string_view Name(std::uint32_t name) const { return shown_.Name(name); }
+    std::string Text(const TermStart& value) const { return values_.Text(value); }
     std::string_view StartName(const VisitPageList& pages) const;
 
 private:

@@ -43,6 +43,27 @@ TEST(CVNA_VisitsAnalyse, TellsValuesApartByTheirExactText) {
     EXPECT_EQ(Rows(*s.Analyse(s.Request(kTerm))), (Texts{"a|b 2/0/0", "ab 1/0/0", "Ab 1/0/0"}));
 }
 
+TEST(CVNA_VisitsAnalyse, TakesTermsAndStartsOfOneJoinedTextForOneValue) {
+    TestSite s;
+    const auto visit = [&s](const char* term, const char* page) {
+        s.Visit({.term = term, .engine = *term != 0 ? "G" : "", .pages = {page}});
+    };
+    for (int round = 0; round < 2; ++round) {
+        visit("x", "b.htm");
+        visit("x - a", "b.htm");
+        visit("x", "a - b.htm");
+        visit("x -", "y.htm");
+        visit("x", "- y.htm");
+        visit("", "b.htm");
+    }
+    AnalysisRequest request = s.Request(kTermAndStart);
+    request.options.SepQuery = request.options.SepFrag = true;  // names as they are stored
+    EXPECT_EQ(Rows(*s.Analyse(request)), (Texts{"x - b.htm 2/0/0", "x - a - b.htm 4/0/0", "x - - y.htm 4/0/0",
+                                                " .. NOT SEARCH ENGINE ..  - b.htm 2/0/0"}));
+    request.threshold = 4;
+    EXPECT_EQ(Rows(*s.Analyse(request)), (Texts{"x - a - b.htm 4/0/0", "x - - y.htm 4/0/0"}));
+}
+
 // One visit of every odd kind, and what each field makes of it.
 TEST(CVNA_VisitsAnalyse, TakesTheValuesOfItsFieldFromAVisit) {
     const TestSite::V walk{
