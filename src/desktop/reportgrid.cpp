@@ -416,17 +416,6 @@ std::vector<int> ReportGridView::ShownColumns() const {
     return columns;
 }
 
-std::vector<std::vector<std::string>> ReportGridView::ShownRows() const {
-    const std::vector<int> columns = ShownColumns();
-    std::vector<std::vector<std::string>> table(1);
-    for (const int column : columns) table.front().push_back(ColumnAt(report_.Grid(), column).header);
-    for (int row = 0; row < rows_->rowCount(); ++row) {
-        std::vector<std::string>& cells = table.emplace_back();
-        for (const int column : columns) cells.push_back(rows_->Cell(row, column));
-    }
-    return table;
-}
-
 void ReportGridView::CopySelection() {
     std::vector<int> rows;
     for (const QItemSelectionRange& range : table_->selectionModel()->selection())

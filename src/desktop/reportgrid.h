@@ -32,10 +32,9 @@ public:
     void SelectLine(std::size_t line);              // a filter that hides it is taken away
     void ShowFind();                                // Ctrl+F
     void ShowFilter();                              // Ctrl+Shift+F
-    void CopySelection();  // Ctrl+C: selected lines with the headers of the columns that are shown, parted by tabs
-    // Of the lines and columns that are shown, as texts: the first row holds the headers. Columns that only part others
-    // are left out here and in what is copied.
-    std::vector<std::vector<std::string>> ShownRows() const;
+    // Ctrl+C: selected lines with the headers of the columns that are shown, parted by tabs. Columns that only part
+    // others are left out.
+    void CopySelection();
 
     std::function<void(std::size_t line)> onLine{};      // another line was selected by the person
     std::function<void(const QPoint& global)> onMenu{};  // the right button on a line, which is selected first

@@ -448,7 +448,6 @@ def stop_walk(screen, program, home, log):
             screen.wait("^Confirm add overlApping data", corvane)
             screen.key("alt+y")
         screen.wait("Step 1/3", corvane)
-        time.sleep(0.3)
         screen.key("Escape")
         screen.wait("^Corvane$", corvane)  # is it to be stopped?
         screen.key("Return")
@@ -523,7 +522,7 @@ def main():
             damaged_walk(screen, program, home)
             subprocess.run([loggen, "--lines", "1500000", "--start", "2027-03-01", "--clean", "-o", str(log)], check=True)
             third_walk(screen, program, home, log)
-            subprocess.run([loggen, "--lines", "600000", "--start", "2028-03-01", "--clean", "-o", str(log)], check=True)
+            subprocess.run([loggen, "--lines", "1500000", "--start", "2028-03-01", "--clean", "-o", str(log)], check=True)
             stop_walk(screen, program, home, log)
         finally:
             screen.close()
