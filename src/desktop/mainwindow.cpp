@@ -56,8 +56,8 @@ MainWindow::MainWindow(const std::string& shared, QWidget* parent)
               if (shell_ != nullptr) shell_->MenuOpened(control);
           }),
       pages_(new QStackedWidget),
-      start_(new StartPanel(
-          {menus_.Entry("fMnu_FW"), menus_.Entry("fMnu_FS"), menus_.Entry("fMnu_FD"), menus_.Entry("fMnu_HG")})),
+      start_(new StartPanel({menus_.Entry("fMnu_FW"), menus_.Entry("fMnu_RT"), menus_.Entry("fMnu_RS"),
+                             menus_.Entry("fMnu_FS"), menus_.Entry("fMnu_FD"), menus_.Entry("fMnu_HG")})),
       area_(new QMdiArea) {
     setObjectName(QStringLiteral("Mainfrm"));
     setWindowTitle(QStringLiteral("Welcome - Corvane"));
