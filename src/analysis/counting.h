@@ -73,6 +73,7 @@ private:
         std::int32_t day = 0;
         VisitCounts counts{};
     };
+
     void Settle();
     void Add(const Waiting& wait);
     void AddTally(std::uint32_t row, std::uint32_t number);
