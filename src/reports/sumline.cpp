@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <map>
 #include <optional>
 #include <unordered_set>
 
@@ -21,7 +20,7 @@ constexpr std::size_t kStepEvery = 256;
 struct SummedColumn {
     int column = -1;
     const analysis::CrossTable* table = nullptr;
-    std::map<std::uint32_t, std::int64_t> sums{};
+    analysis::KeyedSums<std::int64_t> sums{};
 };
 
 std::array<SummedColumn, 3> ColumnsOf(const ReportGrid& grid, const analysis::SrchTrmData& results) {
@@ -46,18 +45,19 @@ public:
         for (SummedColumn& column : columns_) {
             if (column.column < 0) continue;
             for (const auto& cell : column.table->cells.OfRow(static_cast<std::uint32_t>(row)))
-                column.sums[cell.column] += cell.count;
+                column.sums.Of(cell.column) += cell.count;
         }
     }
 
-    void Write(ReportGrid& grid, std::size_t row, std::string_view label) const {
+    // Called once.
+    void Write(ReportGrid& grid, std::size_t row, std::string_view label) {
         WriteCounts(grid, row, label, line_);
         WriteTargets(grid, row, line_);
         if (!withDist_) return;
-        for (const SummedColumn& column : columns_) {
+        for (SummedColumn& column : columns_) {
             if (column.column < 0) continue;
             std::vector<LabelCount> pairs;
-            for (const auto& [name, count] : column.sums) pairs.push_back({name, count});
+            column.sums.Take([&pairs](std::uint32_t name, std::int64_t count) { pairs.push_back({name, count}); });
             grid.Cell(row, column.column) = DistributionText(*column.table, std::move(pairs), line_.LineVisitors);
         }
     }
