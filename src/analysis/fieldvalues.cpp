@@ -9,7 +9,6 @@
 #include "visits/labels.h"
 
 namespace analysis {
-
 namespace {
 
 // The entry of a number that was given in order of first sightings.
@@ -161,6 +160,7 @@ void FieldValues::Words(const sitedb::AnalysisRow& visit) {
         note->numbers.assign(note->cut.size(), KnownText::kNew);
         note->open.resize(note->cut.size());
         std::iota(note->open.begin(), note->open.end(), 0U);
+        notes_.Grew(*note);
     }
     if (use_ == ValueUse::Counted) return;
     for (std::size_t i = 0; i < note->cut.size(); ++i) found_.values.push_back({note->cut[i], &note->numbers[i]});

@@ -102,7 +102,7 @@ void Run::Analyse_Prepare() {
 }
 
 void Run::ReadVisits() {
-    VisitCounter counter(env_, site_, request_, *results_);
+    VisitCounter counter(env_, site_, request_.siteArea, *results_);
     const DaysList& days = results_->days;
     const std::string label =
         "Dates: " + core::fDateText(days.first, "dd mmm yy") + " to " + core::fDateText(days.Last(), "dd mmm yy");

@@ -120,7 +120,7 @@ private:
     };
 
     static std::uint32_t Home(std::uint32_t column, std::uint32_t mask) {
-        return static_cast<std::uint32_t>((column * std::uint64_t{0x9e3779b97f4a7c15U}) >> 32U) & mask;
+        return static_cast<std::uint32_t>(Scattered(column)) & mask;
     }
     static Slot& SlotOf(Row& row, std::uint32_t column);
     Slot& SlotFor(Row& row, std::uint32_t column);

@@ -14,4 +14,8 @@ TermNote& TermNotes::Of(std::string_view term) {
     return notes_.emplace_back();
 }
 
+void TermNotes::Grew(const TermNote& note) {
+    for (const std::string& value : note.cut) bytes_ += sizeof value + value.size() + 3 * sizeof(std::uint32_t);
+}
+
 }  // namespace analysis

@@ -48,10 +48,12 @@ public:
     void Expect(std::string_view term) const { terms_.Expect(term); }
     // The note stands until the next call.
     TermNote& Of(std::string_view term);
+    // What was put into the note counts.
+    void Grew(const TermNote& note);
 
 private:
     static constexpr std::size_t kMost = 1U << 16U;
-    static constexpr std::size_t kMostBytes = 8U << 20U;
+    static constexpr std::size_t kMostBytes = 32U << 20U;
 
     TextTable terms_{};
     std::deque<TermNote> notes_{};  // by number of the term

@@ -24,7 +24,6 @@ struct TermStart {
 class TermStarts {
 public:
     static constexpr std::uint32_t kUnknown = 0xffffffff;
-    static constexpr std::uint32_t kByText = 0xfffffffe;
 
     explicit TermStarts(const ShownPages& shown) : shown_(shown) {}
 
@@ -34,11 +33,13 @@ public:
     std::string Text(const TermStart& value) const;
 
 private:
+    static constexpr std::uint32_t kByText = 0xfffffffe;
+    enum class Tells : signed char { Unknown, No, Yes };
+
     bool StartTells(std::uint32_t start);
 
     const ShownPages& shown_;
     TextTable terms_{};
-    enum class Tells : signed char { Unknown, No, Yes };
     std::vector<Tells> starts_{};  // by number of the shown name
 };
 

@@ -47,6 +47,15 @@ private:
     std::size_t left_ = 0;
 };
 
+// Where a number goes in a table. Visitors have a hand in the numbers that are given: no choice of them may crowd
+// together.
+constexpr std::uint64_t Scattered(std::uint64_t number) {
+    constexpr std::uint64_t kFactor = 0xd6e8feb86659fd93U;
+    number = (number ^ number >> 32U) * kFactor;
+    number = (number ^ number >> 32U) * kFactor;
+    return number ^ number >> 32U;
+}
+
 // A count for each pair of numbers, 0 at first.
 class PairTable {
 public:
@@ -68,7 +77,7 @@ private:
         return std::uint64_t{first} << 32U | second;
     }
     std::size_t HomeOf(std::uint64_t pair) const {
-        return static_cast<std::size_t>((pair * 0x9e3779b97f4a7c15U) >> 32U) & (slots_.size() - 1);
+        return static_cast<std::size_t>(Scattered(pair)) & (slots_.size() - 1);
     }
     Slot& SlotOf(std::uint64_t pair);
     void Grow();

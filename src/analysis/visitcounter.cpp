@@ -1,7 +1,6 @@
 #include "analysis/visitcounter.h"
 
 #include "analysis/fields.h"
-#include "analysis/run.h"
 #include "sitedb/site.h"
 
 namespace analysis {
@@ -33,13 +32,14 @@ VisitPass::Wants WantsOf(const SrchTrmData& results, const TargetPages& targets)
 
 }  // namespace
 
-VisitCounter::VisitCounter(core::Env& env, sitedb::Site& site, const AnalysisRequest& request, SrchTrmData& results)
+VisitCounter::VisitCounter(core::Env& env, sitedb::Site& site, const std::optional<std::string>& area,
+                           SrchTrmData& results)
     : results_(results),
       hash_(results.threshold),
       dayIndex_(results.days),
       targets_(results.Targets, site.Pages()),
       counting_(results),
-      pass_(env, site, results, request.siteArea, WantsOf(results, targets_)) {}
+      pass_(env, site, results, area, WantsOf(results, targets_)) {}
 
 void VisitCounter::Count(const sitedb::AnalysisRow& visit) {
     if (!pass_.Counts(visit)) return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,13 +21,11 @@ class Site;
 
 namespace analysis {
 
-struct AnalysisRequest;
-
 // Counts the visits of a run into its results, one after the other.
 class VisitCounter {
 public:
-    // `results` holds the options, days and targets of the run.
-    VisitCounter(core::Env& env, sitedb::Site& site, const AnalysisRequest& request, SrchTrmData& results);
+    // `results` holds the options, days and targets of the run. An area limits it to visits that touched it.
+    VisitCounter(core::Env& env, sitedb::Site& site, const std::optional<std::string>& area, SrchTrmData& results);
 
     sitedb::AnalysisRows Rows() const { return pass_.Rows(); }
     void Count(const sitedb::AnalysisRow& visit);

@@ -198,6 +198,28 @@ TEST(CVNA_VisitsAnalyse, CountsEachValueOfATermFromItsOwnThresholdOn) {
     }
 }
 
+// What is remembered of terms is bounded; what is counted goes on where it was.
+TEST(CVNA_VisitsAnalyse, CountsOnAfterMoreWordsThanItRemembers) {
+    TestSite s;
+    sitedb::Transaction all(s.site->Db());
+    int last = 100000;
+    for (int round = 0; round < 3; ++round) {
+        s.Visit({.term = "red shoes", .engine = "G", .pages = {"a.htm", "b.htm"}});
+        for (int visit = 0; visit < 2400; ++visit) {
+            std::string flood;
+            for (int word = 0; word < 35; ++word) flood += std::to_string(++last) + " ";
+            s.Visit({.term = flood, .engine = "G", .pages = {"a.htm"}});
+        }
+    }
+    all.Commit();
+    AnalysisRequest request = s.Request(kWordsAndPhrases);
+    request.options.ShowDist1 = true;
+    request.threshold = 2;
+    const auto results = s.Analyse(request);
+    EXPECT_EQ(Rows(*results), (Texts{"red 3/2/2", "shoes 3/2/2", "red shoes 3/2/2"}));
+    EXPECT_EQ(Cross(results->DistSE, 1), "red shoes=3;");
+}
+
 TEST(CVNA_VisitsAnalyse, LimitsVisitsByTermDateAndArea) {
     TestSite s;
     s.Visit({.stamp = 20260104235959, .term = "early", .engine = "G", .pages = {"a.htm"}});
